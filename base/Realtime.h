@@ -1,0 +1,63 @@
+// Marks for code that runs on the audio thread, and the scope in which test builds enforce them.
+// Threads: any.
+#pragma once
+
+// Stands behind noexcept: void process() noexcept REALTIME;
+#if defined(__clang__) && defined(__has_cpp_attribute)
+#if __has_cpp_attribute(clang::nonblocking)
+#define REALTIME [[clang::nonblocking]]
+#endif
+#endif
+#ifndef REALTIME
+#define REALTIME
+#endif
+
+#ifdef ZELK_REALTIME_CHECKS
+// Weak: a test program that watches the allocator defines them; every other program leaves them null.
+extern "C" {
+[[gnu::weak]] void zelkRealtimeEnter() noexcept;
+[[gnu::weak]] void zelkRealtimeLeave() noexcept;
+[[gnu::weak]] void zelkRealtimePermit(const char* reason) noexcept;
+[[gnu::weak]] void zelkRealtimeRevoke() noexcept;
+}
+#endif
+
+// While one lives, this thread neither allocates, frees nor locks. Scopes nest.
+class RealtimeScope {
+public:
+#ifdef ZELK_REALTIME_CHECKS
+    RealtimeScope() noexcept REALTIME {
+        if (zelkRealtimeEnter != nullptr)
+            zelkRealtimeEnter();
+    }
+    ~RealtimeScope() {
+        if (zelkRealtimeLeave != nullptr)
+            zelkRealtimeLeave();
+    }
+#else
+    RealtimeScope() noexcept REALTIME {}
+    ~RealtimeScope() {}
+#endif
+    RealtimeScope(const RealtimeScope&) = delete;
+    RealtimeScope& operator=(const RealtimeScope&) = delete;
+};
+
+// One of the few named exceptions: inside it the rule is lifted. The reason is a literal, so that all can be listed.
+class RealtimePermit {
+public:
+#ifdef ZELK_REALTIME_CHECKS
+    explicit RealtimePermit(const char* reason) noexcept {
+        if (zelkRealtimePermit != nullptr)
+            zelkRealtimePermit(reason);
+    }
+    ~RealtimePermit() {
+        if (zelkRealtimeRevoke != nullptr)
+            zelkRealtimeRevoke();
+    }
+#else
+    explicit RealtimePermit(const char*) noexcept {}
+    ~RealtimePermit() {}
+#endif
+    RealtimePermit(const RealtimePermit&) = delete;
+    RealtimePermit& operator=(const RealtimePermit&) = delete;
+};

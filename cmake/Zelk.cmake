@@ -1,0 +1,49 @@
+# One function a kind of target. A folder is a room: it sees only the rooms that it links, because each room's headers
+# are reached through an include root of their own that holds nothing but this room.
+
+add_library(zelk_flags INTERFACE)
+target_compile_features(zelk_flags INTERFACE cxx_std_20)
+target_compile_options(zelk_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast
+    -fvisibility=hidden -fvisibility-inlines-hidden -fno-math-errno -ffp-contract=off
+    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+    $<$<BOOL:${ZELK_WERROR}>:-Werror>)
+if(ZELK_REALTIME_CHECKS)
+    target_compile_definitions(zelk_flags INTERFACE ZELK_REALTIME_CHECKS=1)
+endif()
+if(ZELK_SANITIZE)
+    target_compile_options(zelk_flags INTERFACE -fsanitize=${ZELK_SANITIZE} -fno-omit-frame-pointer)
+    target_link_options(zelk_flags INTERFACE -fsanitize=${ZELK_SANITIZE})
+endif()
+
+# zelk_folder(base SOURCES a.cpp b.cpp LINKS zelk_x [PRIVATE_LINKS ZLIB::ZLIB])
+# The target of folder a/b is zelk_a_b.
+function(zelk_folder folder)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+    string(REPLACE "/" "_" target "zelk_${folder}")
+    set(room "${PROJECT_BINARY_DIR}/rooms/${target}")
+    get_filename_component(parent "${room}/${folder}" DIRECTORY)
+    file(MAKE_DIRECTORY "${parent}")
+    file(CREATE_LINK "${PROJECT_SOURCE_DIR}/${folder}" "${room}/${folder}" SYMBOLIC)
+    add_library(${target} STATIC ${ARG_SOURCES})
+    set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    target_include_directories(${target} PUBLIC "${room}")
+    target_link_libraries(${target} PUBLIC zelk_flags ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+endfunction()
+
+# zelk_tests(base SOURCES XTest.cpp LINKS zelk_base [LABELS threads]): one program a folder, each test known to ctest.
+function(zelk_tests folder)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;LABELS" ${ARGN})
+    string(REPLACE "/" "_" name "test_${folder}")
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} zelk_test_support GTest::gtest)
+    set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 LABELS "${folder};${ARG_LABELS}")
+endfunction()
+
+# zelk_bench(wave LINKS zelk_wave): bench/waveBench.cpp as bench_wave.
+function(zelk_bench folder)
+    cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+    add_executable(bench_${folder} ${folder}Bench.cpp)
+    target_link_libraries(bench_${folder} PRIVATE ${ARG_LINKS} zelk_flags benchmark::benchmark benchmark::benchmark_main)
+endfunction()
