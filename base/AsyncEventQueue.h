@@ -1,5 +1,5 @@
 // Carries events from any thread to the main thread.
-// Threads: post on any, the audio thread included; the rest on the main thread.
+// Threads: post on any but audio, postRealtime on any, the rest on the main thread.
 #pragma once
 
 #include "base/NotifyEvent.h"
@@ -12,7 +12,7 @@ public:
     // Brings the main thread to drain(), where the system has no road of its own there.
     class Carrier {
     public:
-        virtual void requestDrain() noexcept = 0; // [any]
+        virtual void requestDrain() noexcept REALTIME = 0; // [any]
 
     protected:
         ~Carrier() = default;
@@ -20,8 +20,9 @@ public:
 
     virtual ~AsyncEventQueue() = default;
 
-    // One delivery a post, in the order of the posts. When the queue is full the post is dropped.
-    virtual void post(std::int32_t id, std::intptr_t value) noexcept REALTIME = 0; // [any]
+    // One delivery a post, in the order of the posts. False: the queue was full and the post is dropped.
+    virtual bool post(std::int32_t id, std::intptr_t value) = 0;                           // [any but audio]
+    virtual bool postRealtime(std::int32_t id, std::intptr_t value) noexcept REALTIME = 0; // [any]
 
     // For a queue that needs a carrier. Posts made before it is bound are kept; binding asks for them.
     virtual void bindCarrier(Carrier*) {} // [main] null unbinds
