@@ -1,0 +1,43 @@
+#include "framework/GenericPluginBase.h"
+
+#include "base/ReleaseAssert.h"
+
+#include <utility>
+
+GenericPluginBase::GenericPluginBase() : collection(std::make_unique<ParameterCollection>(this)) {}
+
+GenericPluginBase::GenericPluginBase(std::unique_ptr<ParameterCollection> allParameters)
+    : collection(std::move(allParameters)) {
+    release_assert(collection != nullptr);
+}
+
+void GenericPluginBase::beginChange() noexcept {
+    depth.fetch_add(1, std::memory_order_acq_rel);
+}
+
+void GenericPluginBase::endChange() noexcept {
+    leaveChange();
+}
+
+std::int32_t GenericPluginBase::registerParameter(AbstractPluginParameter& parameter) {
+    return collection->add(parameter);
+}
+
+void GenericPluginBase::registerAlias(AbstractPluginParameter&, std::string_view) {}
+
+std::int32_t GenericPluginBase::registerGroup(std::string_view) {
+    return 0;
+}
+
+std::int32_t GenericPluginBase::changeDepth() const noexcept {
+    return depth.load(std::memory_order_acquire);
+}
+
+std::int32_t GenericPluginBase::leaveChange() noexcept {
+    // One end too many must not hold changes back for ever, nor let the next bracket act half open.
+    std::int32_t open = depth.load(std::memory_order_relaxed);
+    while (open > 0 &&
+           !depth.compare_exchange_weak(open, open - 1, std::memory_order_acq_rel, std::memory_order_relaxed)) {
+    }
+    return open > 0 ? open - 1 : 0;
+}
