@@ -26,6 +26,7 @@
 #include <cstring>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <type_traits>
 
 template <typename T>
@@ -42,11 +43,11 @@ public:
     LockFreeQueue& operator=(const LockFreeQueue&) = delete;
 
     // False: the pool is at its maximum and empty, and the item was dropped.
-    [[nodiscard]] bool push(const T& item);                           // [any but audio] may grow the pool
+    [[nodiscard]] bool push(const T& item) noexcept;                  // [any but audio] may grow the pool
     [[nodiscard]] bool pushRealtime(const T& item) noexcept REALTIME; // [any] never grows: false on an empty pool
     [[nodiscard]] bool pop(T& item) noexcept REALTIME;                // [any] false: the queue was empty
 
-    void reserve(); // [any but audio] grows when less than a quarter is free, ahead of pushes of the audio thread
+    void reserve() noexcept; // [any but audio] grows when less than a quarter is free, ahead of pushes of the audio thread
 
     std::uint32_t capacity() const noexcept { return nodeCount.load(std::memory_order_acquire) - 1; } // [any] items
     bool empty() const noexcept REALTIME; // [any] as of a moment ago
@@ -69,7 +70,7 @@ private:
     std::uint32_t allocate() noexcept REALTIME; // 0: none free
     void release(std::uint32_t index) noexcept REALTIME;
     void link(std::uint32_t index, const T& item) noexcept REALTIME;
-    bool grow(); // false: at the maximum
+    bool grow() noexcept; // false: at the maximum, or out of memory
     void addNodes(std::uint32_t first, std::uint32_t last) noexcept;
 
     static void store(Node& target, const T& item) noexcept;
@@ -175,7 +176,7 @@ void LockFreeQueue<T>::link(std::uint32_t index, const T& item) noexcept REALTIM
 }
 
 template <typename T>
-bool LockFreeQueue<T>::push(const T& item) {
+bool LockFreeQueue<T>::push(const T& item) noexcept {
     reserve();
     std::uint32_t index = allocate();
     while (index == 0) {
@@ -225,14 +226,14 @@ bool LockFreeQueue<T>::empty() const noexcept REALTIME {
 }
 
 template <typename T>
-void LockFreeQueue<T>::reserve() {
+void LockFreeQueue<T>::reserve() noexcept {
     const std::uint32_t count = nodeCount.load(std::memory_order_acquire);
     if (count < maximumNodes && freeCount.load(std::memory_order_relaxed) < count / 4)
         grow();
 }
 
 template <typename T>
-bool LockFreeQueue<T>::grow() {
+bool LockFreeQueue<T>::grow() noexcept {
     const std::uint32_t seen = nodeCount.load(std::memory_order_acquire);
     const std::lock_guard<std::mutex> guard(growth);
     const std::uint32_t count = nodeCount.load(std::memory_order_relaxed);
@@ -243,7 +244,9 @@ bool LockFreeQueue<T>::grow() {
     const std::uint32_t items = count - 1;
     const auto segment = static_cast<std::size_t>(std::bit_width(items >> startShift));
     const std::uint32_t wanted = std::min(items * 2 + 1, maximumNodes);
-    segments[segment] = std::make_unique<Node[]>(wanted - count);
+    segments[segment].reset(new (std::nothrow) Node[wanted - count]);
+    if (segments[segment] == nullptr)
+        return false;
     addNodes(count + 1, wanted);
     return true;
 }

@@ -30,6 +30,6 @@ std::string_view AbstractPluginParameter::groupName() const noexcept {
 }
 
 void AbstractPluginParameter::tellOwner(float changed, std::uint32_t flags) const noexcept {
-    if (parameterOwner != nullptr)
+    if (parameterOwner != nullptr && (flags & GenericParameterOwner::unheard) == 0)
         parameterOwner->parameterChanged(ownId, changed, flags);
 }

@@ -12,7 +12,7 @@ GenericPluginBase::GenericPluginBase(std::unique_ptr<ParameterCollection> allPar
 }
 
 void GenericPluginBase::beginChange() noexcept {
-    depth.fetch_add(1, std::memory_order_acq_rel);
+    depth.fetch_add(1);
 }
 
 void GenericPluginBase::endChange() noexcept {
@@ -30,14 +30,14 @@ std::int32_t GenericPluginBase::registerGroup(std::string_view) {
 }
 
 std::int32_t GenericPluginBase::changeDepth() const noexcept {
-    return depth.load(std::memory_order_acquire);
+    return depth.load();
 }
 
 std::int32_t GenericPluginBase::leaveChange() noexcept {
     // One end too many must not hold changes back for ever, nor let the next bracket act half open.
     std::int32_t open = depth.load(std::memory_order_relaxed);
     while (open > 0 &&
-           !depth.compare_exchange_weak(open, open - 1, std::memory_order_acq_rel, std::memory_order_relaxed)) {
+           !depth.compare_exchange_weak(open, open - 1)) {
     }
     return open > 0 ? open - 1 : 0;
 }

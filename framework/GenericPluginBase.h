@@ -56,7 +56,6 @@ protected:
 
 private:
     std::unique_ptr<ParameterCollection> collection;
-    // The audio thread holds changes back while it is not 0. Its acquire pairs with the release of leaving, so that it
-    // sees all values of a bracket that has ended.
+    // Sequentially consistent: the audio side orders it against its count of queued changes.
     std::atomic<std::int32_t> depth{0};
 };

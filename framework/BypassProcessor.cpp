@@ -1,0 +1,151 @@
+#include "framework/BypassProcessor.h"
+
+#include "base/FloatTolerance.h"
+
+#include <algorithm>
+#include <cmath>
+
+GenericPluginProcessor::BypassProcessor::BypassProcessor(GenericPluginProcessor& processor)
+    : owner(processor), fade(processor.environment(), 0.0f), wet(processor.channelCount(), nullptr) {
+    delays.reserve(processor.channelCount());
+}
+
+void GenericPluginProcessor::BypassProcessor::setBypassed(bool wanted) noexcept REALTIME {
+    if (wanted == bypassed)
+        return;
+    bypassed = wanted;
+    waitSamples = owner.latency();
+    // While the graph never stopped, its output is valid and the fade just turns round.
+    const bool mustWait = !wanted && waitSamples > 0 && graphSkipped;
+    if (!wanted && graphSkipped)
+        owner.environment().resetAll();
+    waiting = mustWait;
+    if (!mustWait)
+        fade.setValue(wantedFade(), fadeMs);
+}
+
+void GenericPluginProcessor::BypassProcessor::jump() noexcept REALTIME { jumpWanted = true; }
+
+void GenericPluginProcessor::BypassProcessor::updateDelays() noexcept REALTIME {
+    if (owner.latency() == delayLength)
+        return;
+    const RealtimePermit permit{"dry delay replaced"};
+    delays.clear();
+    delayLength = owner.latency();
+    if (delayLength > 0)
+        for (std::size_t channel = 0; channel < owner.channelCount(); ++channel)
+            delays.push_back(std::make_unique<wave::Delay>(owner.environment(), delayLength));
+}
+
+void GenericPluginProcessor::BypassProcessor::process(const Buffers& buffers, std::size_t position, std::size_t count,
+                                                      std::uint32_t& flags) noexcept REALTIME {
+    updateDelays();
+    owner.environment().beginCycle();
+    advanceWait(count);
+
+    const auto samples = static_cast<std::int32_t>(count);
+    const wave::BasicBlock<float>& mix = fade.read(samples);
+    for (std::size_t channel = 0; channel < delays.size(); ++channel)
+        delays[channel]->write(buffers.inputs[channel] + position, samples);
+
+    const bool fullyBypassed = !waiting && mix.isConstant != 0 && nearlyEqual(mix.data()[0], 1.0f);
+    const bool runs = !fullyBypassed && maySound(flags);
+    if (runs) {
+        owner.runGraph(wet, samples);
+        if (tailSamples > 0) {
+            tailSamples = std::max(tailSamples - samples, 0);
+            if (tailSamples == 0 && !owner.environment().allAtRest())
+                tailSamples = 1;
+        }
+        flags &= ~outputSilent;
+    } else {
+        for (std::size_t channel = 0; channel < wet.size(); ++channel)
+            wet[channel] = buffers.inputs[channel] + position;
+    }
+    graphSkipped = !runs;
+    owner.environment().runCycle(samples, graphSkipped);
+    writeOutputs(buffers, position, count, mix, fullyBypassed);
+
+    if (fullyBypassed && !delays.empty() && (flags & outputSilent) != 0 && !isSilent(buffers, position, count))
+        flags &= ~outputSilent; // the dry tail of the delay still sounds
+}
+
+void GenericPluginProcessor::BypassProcessor::advanceWait(std::size_t count) noexcept REALTIME {
+    if (jumpWanted) {
+        // To the wanted state and not to the fade's target: during a wait that target is still the old state.
+        jumpWanted = false;
+        waiting = false;
+        fade.setValue(wantedFade(), 0.0f);
+    } else if (waiting && waitSamples <= 0) {
+        waiting = false;
+        fade.setValue(0.0f, fadeMs);
+    } else if (waiting) {
+        waitSamples -= static_cast<std::int32_t>(count);
+    }
+}
+
+bool GenericPluginProcessor::BypassProcessor::maySound(std::uint32_t flags) noexcept REALTIME {
+    if ((flags & inputSilent) == 0) {
+        tailSamples = -1;
+    } else if (tailSamples == -1) {
+        tailSamples = owner.tailLength();
+        if (tailSamples != -1)
+            tailSamples += owner.latency();
+    }
+    return tailSamples != 0;
+}
+
+const float* GenericPluginProcessor::BypassProcessor::dryOf(std::size_t channel, const float* input, float* out,
+                                                            std::size_t count) noexcept REALTIME {
+    if (owner.isInstrument()) {
+        std::fill_n(out, count, 0.0f);
+        return out;
+    }
+    if (delays.empty())
+        return input;
+    delays[channel]->read(delayLength, out, static_cast<std::int32_t>(count));
+    return out;
+}
+
+void GenericPluginProcessor::BypassProcessor::writeOutputs(const Buffers& buffers, std::size_t position,
+                                                           std::size_t count, const wave::BasicBlock<float>& mix,
+                                                           bool fullyBypassed) noexcept REALTIME {
+    const float* const m = mix.data();
+    const bool constant = mix.isConstant != 0;
+    const bool onlyWet = constant && nearlyZero(m[0]);
+    for (std::size_t channel = 0; channel < buffers.outputs.size(); ++channel) {
+        float* const out = buffers.outputs[channel] + position;
+        const float* const wetSamples = wet[channel];
+        if (onlyWet) {
+            if (out != wetSamples)
+                std::copy_n(wetSamples, count, out);
+            continue;
+        }
+        const float* const dry = dryOf(channel, buffers.inputs[channel] + position, out, count);
+        if (fullyBypassed) {
+            if (out != dry)
+                std::copy_n(dry, count, out);
+        } else if (constant) {
+            const float amount = m[0];
+            for (std::size_t i = 0; i < count; ++i)
+                out[i] = (dry[i] - wetSamples[i]) * amount + wetSamples[i];
+        } else {
+            for (std::size_t i = 0; i < count; ++i)
+                out[i] = (dry[i] - wetSamples[i]) * m[i] + wetSamples[i];
+        }
+    }
+}
+
+bool GenericPluginProcessor::BypassProcessor::isSilent(const Buffers& buffers, std::size_t position,
+                                                       std::size_t count) noexcept REALTIME {
+    for (float* const output : buffers.outputs)
+        for (std::size_t i = position; i < position + count; ++i)
+            if (!nearlyZero(output[i]))
+                return false;
+    return true;
+}
+
+void GenericPluginProcessor::BypassProcessor::clear() noexcept REALTIME {
+    for (const std::unique_ptr<wave::Delay>& delay : delays)
+        delay->clear();
+}

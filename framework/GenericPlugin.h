@@ -1,0 +1,177 @@
+// The editor side of an instance, whatever the product: its parameters as the interface and the host see them, and the
+// road of a change between interface, host and audio side. It never touches audio.
+// Threads: [main] but where marked.
+#pragma once
+
+#include "base/AsyncEventQueue.h"
+#include "base/Realtime.h"
+#include "framework/ControllerMapping.h"
+#include "framework/CurrentPreset.h"
+#include "framework/GenericPluginBase.h"
+#include "framework/MidiMessage.h"
+#include "framework/ParameterIdSet.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+class GenericPlugin : public GenericPluginBase, public MidiMessageReceiver {
+public:
+    // What the editor side asks of whatever binds it to a host.
+    class Adapter {
+    public:
+        virtual void syncControllerMapping() = 0;
+        virtual void latencyChanged() = 0;
+        virtual void sendMidiToProcessor(const MidiMessage& message) = 0;
+        virtual void sendParameterToHost(std::int32_t id) = 0; // negative: all values, in the way that it names
+        virtual void stateChanged(std::int32_t kind) = 0;
+        virtual void exchangeSources() = 0;
+        virtual void setProcessorValue(std::int32_t id, float value) = 0;
+        virtual ~Adapter() = default;
+        virtual void postParameterValue(std::int32_t id, float value) noexcept = 0; // [any]
+        virtual float processorValue(std::int32_t id) const noexcept = 0;           // as the audio side has it now
+    };
+
+    // The one interface. A call is cheap: it only queues.
+    class Listener {
+    public:
+        virtual void pluginEvent(std::int32_t code, std::int32_t argument) = 0; // [any]
+
+    protected:
+        ~Listener() = default;
+    };
+
+    struct InterfaceSize {
+        int width = 0;
+        int height = 0;
+    };
+
+    // Codes of Listener::pluginEvent.
+    static constexpr std::int32_t eventParameter = -1025; // id, or -1 for all
+    static constexpr std::int32_t eventPreset = -1026;
+    static constexpr std::int32_t eventMidi = -1027; // code of the audio side
+    static constexpr std::int32_t eventInterfaceState = -1028;
+    static constexpr std::int32_t eventControllerMap = -1029;
+    static constexpr std::int32_t eventLayout = -1030;
+    static constexpr std::int32_t eventInstanceNames = -1031;
+    static constexpr std::int32_t eventCustomValues = -1032;
+
+    // How a batch reaches the audio side.
+    static constexpr std::int32_t allValuesSmoothed = -1;
+    static constexpr std::int32_t allValuesAtOnce = -2;
+    static constexpr std::int32_t allValuesWithReset = -3;
+
+    // Kinds of Adapter::stateChanged.
+    static constexpr std::int32_t presetLoaded = 0;
+    static constexpr std::int32_t instanceNamed = 1;
+
+    GenericPlugin();
+    ~GenericPlugin() override;
+
+    // Binding.
+    void setAdapter(Adapter* bound) noexcept { adapter = bound; } // not owned, null unbinds
+    virtual void adapterBound() {}
+    void setListener(Listener* wanted); // not owned; null waits until no call of the old one runs
+    AsyncEventQueue& asyncQueue() noexcept { return *queue; }
+    void drain(); // what other threads left for this one
+
+    // Changes.
+    void beginChange() noexcept override; // [any]
+    void endChange() noexcept override;   // [any]
+    virtual void markJump();
+    virtual void markReset();
+    void parameterChanged(std::int32_t id, float value, std::uint32_t flags) noexcept override; // [any but audio]
+
+    // From the audio thread: nothing of this object runs there. The value is stored and the rest waits for drain.
+    void automate(std::int32_t id, float value) noexcept REALTIME;                          // [audio]
+    void followProcessor(std::int32_t id) noexcept REALTIME;                                // [any]
+    void postProgramChange(std::int32_t bank, std::int32_t program) noexcept REALTIME;      // [audio]
+    void postMidiActivity(std::int32_t code) noexcept REALTIME;                             // [audio]
+    void takeAutomation(); // brings what the audio side moved into this side; before anything reads the values
+
+    void receive(const MidiMessage& message) noexcept override; // to the audio side
+
+    // The instance.
+    void setSampleRate(float rate); // Hz
+    float sampleRate() const noexcept { return rate; }
+    void setLayout(int wanted);
+    int layout() const noexcept { return layoutIndex; }
+    std::int32_t latency() const noexcept { return latencySamples.load(std::memory_order_relaxed); } // [any] samples
+    virtual void updateLatency() {}
+    const std::string& instanceName() const noexcept { return ownInstanceName; }
+    void setInstanceName(std::string_view wanted); // empty: named after the product, with a number when taken
+    std::int32_t instanceId();                     // given at the first question
+    virtual bool sideChainSwitch() const noexcept { return true; } // opens the side chain port, with the capability
+
+    // Presets and what belongs to the state.
+    CurrentPreset& currentPreset() noexcept { return preset; }
+    ParameterCollection& interfaceCollection() noexcept { return interfaceParameters; } // stay when a preset loads
+    virtual std::string_view presetExtension() const noexcept { return ".tvp"; }
+    virtual std::string_view defaultPresetName() const noexcept;
+    std::map<std::string, std::string> customValues;
+    std::vector<std::uint8_t> interfaceState;
+
+    // Names.
+    std::int32_t registerGroup(std::string_view groupName) override;
+    void registerAlias(AbstractPluginParameter& parameter, std::string_view alias) override;
+    const std::vector<std::string>& groupNames() const noexcept { return groups; }
+    const std::map<std::string, std::int32_t>& aliases() const noexcept { return aliasMap; }
+
+    // The window.
+    virtual bool hasInterface() const noexcept { return false; }
+    virtual bool canResize() const noexcept { return false; }
+    virtual std::span<const InterfaceSize> interfaceSizes() const noexcept { return {}; }
+    void constrainSize(int& width, int& height) const noexcept;
+
+    ControllerMapping& controllerMapping() noexcept; // of the process
+
+protected:
+    // [main] Joins the instances of the process; the first makes what all share. The derived constructor calls it.
+    void init();
+    void end(); // the reverse; the derived destructor calls it
+    virtual void createGlobals() {}
+    virtual void destroyGlobals() {}
+
+    virtual void afterParameterChange(std::int32_t) {}     // id, or -1 at the end of a batch
+    virtual void loadProgram(std::int32_t, std::int32_t) {} // bank and program of a MIDI program change
+    void storeLatency(std::int32_t samples, bool always); // tells the host when it differs, on the main thread
+    void tellListener(std::int32_t code, std::int32_t argument);
+    bool onMainThread() const noexcept { return std::this_thread::get_id() == mainThread; }
+
+private:
+    enum class Pending { nothing, withEcho, silentOnly };
+
+    void handleAsync();
+    void sendToAdapter(std::int32_t id);
+    void noteChange(std::int32_t id, float value);
+    void controllerMapChanged();
+    void chooseName();
+    void takeName(std::string wanted);
+
+    Adapter* adapter = nullptr;
+    std::unique_ptr<AsyncEventQueue> queue;
+    std::atomic<Listener*> listener{nullptr};
+    std::atomic<std::int32_t> listenerUse{0}; // calls of the listener that run now; setListener waits for 0
+    std::vector<std::string> groups{""};
+    std::map<std::string, std::int32_t> aliasMap;
+    std::unique_ptr<ParameterIdSet> automated;
+    CurrentPreset preset;
+    ParameterCollection interfaceParameters{this};
+    std::atomic<Pending> pendingKind{Pending::nothing};
+    std::int32_t pendingId = allValuesSmoothed;
+    std::atomic<std::int32_t> latencySamples{0};
+    const std::thread::id mainThread = std::this_thread::get_id();
+    float rate = 44100.0f;
+    int layoutIndex = 1;
+    std::int32_t ownInstanceId = -1; // until given
+    std::string ownInstanceName;
+    bool automaticName = true;
+    bool joined = false;
+};

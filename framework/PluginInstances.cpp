@@ -1,0 +1,49 @@
+#include "framework/PluginInstances.h"
+
+#include "framework/GenericPlugin.h"
+#include "framework/TextHelpers.h"
+
+#include <algorithm>
+
+namespace {
+
+// Without regard to case; names that differ in nothing else stand in the order of their characters.
+bool comesBefore(std::string_view a, std::string_view b) {
+    const auto differ = std::mismatch(a.begin(), a.end(), b.begin(), b.end(),
+                                      [](char x, char y) { return upperCase(x) == upperCase(y); });
+    if (differ.first == a.end() && differ.second == b.end())
+        return a < b;
+    if (differ.first == a.end() || differ.second == b.end())
+        return differ.first == a.end();
+    return upperCase(*differ.first) < upperCase(*differ.second);
+}
+
+} // namespace
+
+PluginInstances& PluginInstances::ofProcess() {
+    static PluginInstances instances;
+    return instances;
+}
+
+void PluginInstances::begin() {
+    nextInstanceId = 0;
+    sharedMapping = std::make_unique<ControllerMapping>();
+}
+
+void PluginInstances::end() { sharedMapping.reset(); }
+
+void PluginInstances::add(GenericPlugin& instance) { instances.insert(instances.begin(), &instance); }
+
+void PluginInstances::remove(GenericPlugin& instance) { std::erase(instances, &instance); }
+
+void PluginInstances::sortByName() {
+    std::stable_sort(instances.begin(), instances.end(), [](const GenericPlugin* a, const GenericPlugin* b) {
+        return comesBefore(a->instanceName(), b->instanceName());
+    });
+}
+
+bool PluginInstances::hasName(std::string_view name, const GenericPlugin& except) const {
+    return std::any_of(instances.begin(), instances.end(), [&](const GenericPlugin* instance) {
+        return instance != &except && compareText(instance->instanceName(), name);
+    });
+}

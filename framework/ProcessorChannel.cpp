@@ -1,0 +1,25 @@
+#include "framework/ProcessorChannel.h"
+
+#include "wave/Environment.h"
+
+GenericPluginProcessor::Channel::ConnectedSideChainInput::ConnectedSideChainInput(GenericPluginProcessor& processor)
+    : wave::Input(processor.environment()), owner(processor) {}
+
+void GenericPluginProcessor::Channel::ConnectedSideChainInput::process(wave::BasicBlock<float>& block,
+                                                                       std::int32_t count,
+                                                                       std::uint32_t mode) noexcept REALTIME {
+    wave::Input::process(block, count, mode);
+    if (!owner.sideChainInUse() || !owner.isSideChainConnected())
+        output = &environment.zeroBlock;
+}
+
+GenericPluginProcessor::Channel::Channel(GenericPluginProcessor& processor, std::size_t channelIndex,
+                                         std::int32_t speaker)
+    : speakerCode(speaker)
+    , connectedSideChain(processor)
+    , index(channelIndex)
+    , mainInput(processor.environment())
+    , sideChainInput(processor.environment())
+    , owner(processor) {}
+
+void GenericPluginProcessor::Channel::parameterChanged(std::int32_t) noexcept REALTIME {}
