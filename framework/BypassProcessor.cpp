@@ -24,7 +24,9 @@ void GenericPluginProcessor::BypassProcessor::setBypassed(bool wanted) noexcept 
         fade.setValue(wantedFade(), fadeMs);
 }
 
-void GenericPluginProcessor::BypassProcessor::jump() noexcept REALTIME { jumpWanted = true; }
+void GenericPluginProcessor::BypassProcessor::jump() noexcept REALTIME {
+    jumpWanted = true;
+}
 
 void GenericPluginProcessor::BypassProcessor::updateDelays() noexcept REALTIME {
     if (owner.latency() == delayLength)

@@ -21,12 +21,13 @@ public:
 
     // One piece of at most the maximal block. inputs and outputs are those of the whole span, position is where the
     // piece starts in them. Clears the flag outputSilent when the piece may sound.
-    void process(const Buffers& buffers, std::size_t position, std::size_t count, std::uint32_t& flags) noexcept REALTIME;
+    void process(const Buffers& buffers, std::size_t position, std::size_t count,
+                 std::uint32_t& flags) noexcept REALTIME;
 
     void setBypassed(bool wanted) noexcept REALTIME; // fades; a return with latency waits until the wet path is valid
     void jump() noexcept REALTIME;                   // at the next piece the fade stands where it is wanted
-    void updateDelays() noexcept REALTIME; // allocates when the latency has changed
-    void clear() noexcept REALTIME;        // the dry signal forgets
+    void updateDelays() noexcept REALTIME;           // allocates when the latency has changed
+    void clear() noexcept REALTIME;                  // the dry signal forgets
 
 private:
     void advanceWait(std::size_t count) noexcept REALTIME;
@@ -39,14 +40,14 @@ private:
     float wantedFade() const noexcept REALTIME { return bypassed ? 1.0f : 0.0f; }
 
     GenericPluginProcessor& owner;
-    FloatParameter fade;                               // 0 wet, 1 dry
-    std::vector<std::unique_ptr<wave::Delay>> delays;  // one a channel while there is latency
-    std::vector<const float*> wet;                     // of the present piece
-    std::int32_t delayLength = 0;                      // samples, that of the delays
+    FloatParameter fade;                              // 0 wet, 1 dry
+    std::vector<std::unique_ptr<wave::Delay>> delays; // one a channel while there is latency
+    std::vector<const float*> wet;                    // of the present piece
+    std::int32_t delayLength = 0;                     // samples, that of the delays
     std::int32_t waitSamples = 0;
-    std::int32_t tailSamples = -1;                     // until rest; -1: not counting
+    std::int32_t tailSamples = -1; // until rest; -1: not counting
     bool bypassed = false;
     bool waiting = false;
     bool jumpWanted = false;
-    bool graphSkipped = false;                         // in the last piece
+    bool graphSkipped = false; // in the last piece
 };

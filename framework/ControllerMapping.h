@@ -28,8 +28,8 @@ public:
 
     std::int32_t target(std::size_t controller) const noexcept REALTIME; // [any] -1 beyond the table
 
-    bool modified = false;  // [main] since the last read or write of its file
-    DeferredEvent changed;  // [main]
+    bool modified = false; // [main] since the last read or write of its file
+    DeferredEvent changed; // [main]
 
 private:
     bool replace(std::size_t controller, std::int32_t target);

@@ -18,8 +18,9 @@ public:
 class GenericParameterOwner {
 public:
     // Bits of the flags of a change.
-    static constexpr std::uint32_t silent = 1;  // the other side and the host know already
-    static constexpr std::uint32_t unheard = 2; // only store: who sets the value settles the rest, the owner is not told
+    static constexpr std::uint32_t silent = 1; // the other side and the host know already
+    static constexpr std::uint32_t unheard =
+        2; // only store: who sets the value settles the rest, the owner is not told
 
     virtual void beginChange() noexcept = 0;                                           // [any] brackets nest
     virtual void adoptObject(std::unique_ptr<AdoptedObject> object) = 0;               // [main]

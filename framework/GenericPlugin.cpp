@@ -20,9 +20,13 @@ constexpr std::int32_t messageMidi = 4;
 
 } // namespace
 
-GenericPlugin::GenericPlugin() : queue(createAsyncEventQueue()) { queue->event.add(this, &GenericPlugin::handleAsync); }
+GenericPlugin::GenericPlugin() : queue(createAsyncEventQueue()) {
+    queue->event.add(this, &GenericPlugin::handleAsync);
+}
 
-GenericPlugin::~GenericPlugin() { end(); }
+GenericPlugin::~GenericPlugin() {
+    end();
+}
 
 void GenericPlugin::init() {
     automated = std::make_unique<ParameterIdSet>(static_cast<std::size_t>(parameterCount()));
@@ -81,7 +85,9 @@ void GenericPlugin::tellListener(std::int32_t code, std::int32_t argument) {
 
 // The asynchronous queue
 
-void GenericPlugin::drain() { queue->drain(); }
+void GenericPlugin::drain() {
+    queue->drain();
+}
 
 void GenericPlugin::handleAsync() {
     const auto argument = static_cast<std::int32_t>(queue->value());
@@ -124,7 +130,9 @@ void GenericPlugin::markJump() {
         pendingId = allValuesAtOnce;
 }
 
-void GenericPlugin::markReset() { pendingId = allValuesWithReset; }
+void GenericPlugin::markReset() {
+    pendingId = allValuesWithReset;
+}
 
 void GenericPlugin::beginChange() noexcept {
     if (onMainThread() && changeDepth() == 0)

@@ -90,10 +90,10 @@ public:
     void parameterChanged(std::int32_t id, float value, std::uint32_t flags) noexcept override; // [any but audio]
 
     // From the audio thread: nothing of this object runs there. The value is stored and the rest waits for drain.
-    void automate(std::int32_t id, float value) noexcept REALTIME;                          // [audio]
-    void followProcessor(std::int32_t id) noexcept REALTIME;                                // [any]
-    void postProgramChange(std::int32_t bank, std::int32_t program) noexcept REALTIME;      // [audio]
-    void postMidiActivity(std::int32_t code) noexcept REALTIME;                             // [audio]
+    void automate(std::int32_t id, float value) noexcept REALTIME;                     // [audio]
+    void followProcessor(std::int32_t id) noexcept REALTIME;                           // [any]
+    void postProgramChange(std::int32_t bank, std::int32_t program) noexcept REALTIME; // [audio]
+    void postMidiActivity(std::int32_t code) noexcept REALTIME;                        // [audio]
     void takeAutomation(); // brings what the audio side moved into this side; before anything reads the values
 
     void receive(const MidiMessage& message) noexcept override; // to the audio side
@@ -139,9 +139,9 @@ protected:
     virtual void createGlobals() {}
     virtual void destroyGlobals() {}
 
-    virtual void afterParameterChange(std::int32_t) {}     // id, or -1 at the end of a batch
+    virtual void afterParameterChange(std::int32_t) {}      // id, or -1 at the end of a batch
     virtual void loadProgram(std::int32_t, std::int32_t) {} // bank and program of a MIDI program change
-    void storeLatency(std::int32_t samples, bool always); // tells the host when it differs, on the main thread
+    void storeLatency(std::int32_t samples, bool always);   // tells the host when it differs, on the main thread
     void tellListener(std::int32_t code, std::int32_t argument);
     bool onMainThread() const noexcept { return std::this_thread::get_id() == mainThread; }
 

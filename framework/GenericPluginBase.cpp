@@ -36,8 +36,7 @@ std::int32_t GenericPluginBase::changeDepth() const noexcept {
 std::int32_t GenericPluginBase::leaveChange() noexcept {
     // One end too many must not hold changes back for ever, nor let the next bracket act half open.
     std::int32_t open = depth.load(std::memory_order_relaxed);
-    while (open > 0 &&
-           !depth.compare_exchange_weak(open, open - 1)) {
+    while (open > 0 && !depth.compare_exchange_weak(open, open - 1)) {
     }
     return open > 0 ? open - 1 : 0;
 }

@@ -43,8 +43,8 @@ void GenericPluginProcessor::init() {
 
 // The span
 
-void GenericPluginProcessor::process(const Buffers& buffers, std::size_t frames, std::uint32_t& flags) noexcept
-    REALTIME {
+void GenericPluginProcessor::process(const Buffers& buffers, std::size_t frames,
+                                     std::uint32_t& flags) noexcept REALTIME {
     const RealtimeScope realtime;
     const AudioThreadMark::Scope onAudioThread(audioThreadMark);
     countFrames(frames);
@@ -62,8 +62,8 @@ void GenericPluginProcessor::process(const Buffers& buffers, std::size_t frames,
     flags = flagsOut;
 }
 
-void GenericPluginProcessor::walkSpan(const Buffers& buffers, std::size_t frames, std::uint32_t& flags) noexcept
-    REALTIME {
+void GenericPluginProcessor::walkSpan(const Buffers& buffers, std::size_t frames,
+                                      std::uint32_t& flags) noexcept REALTIME {
     LockFreeQueue<MidiMessage>& queue = midiQueueFor(midiQueue, frames);
     MidiMessage message;
     bool held = queue.pop(message);
@@ -135,7 +135,9 @@ void GenericPluginProcessor::reset() noexcept REALTIME {
     bypass->updateDelays();
 }
 
-void GenericPluginProcessor::setSampleRate(double rate) { graph.setSampleRate(static_cast<float>(rate)); }
+void GenericPluginProcessor::setSampleRate(double rate) {
+    graph.setSampleRate(static_cast<float>(rate));
+}
 
 void GenericPluginProcessor::sampleRateChanged() {
     for (const std::unique_ptr<Channel>& channel : channels)
@@ -163,9 +165,13 @@ void GenericPluginProcessor::setTransport(double tempo, double beats, bool playi
 
 // Changes
 
-void GenericPluginProcessor::postJump() noexcept { queueChange(jumpId, 0.0f); }
+void GenericPluginProcessor::postJump() noexcept {
+    queueChange(jumpId, 0.0f);
+}
 
-void GenericPluginProcessor::postReset() noexcept { queueChange(resetId, 0.0f); }
+void GenericPluginProcessor::postReset() noexcept {
+    queueChange(resetId, 0.0f);
+}
 
 void GenericPluginProcessor::parameterChanged(std::int32_t id, float value, std::uint32_t flags) noexcept {
     beforeChange(id);
@@ -287,11 +293,17 @@ void GenericPluginProcessor::decodeMidi(const MidiMessage& message) noexcept REA
 
 // Questions
 
-std::int32_t GenericPluginProcessor::tailLength() const noexcept REALTIME { return silenceTail(); }
+std::int32_t GenericPluginProcessor::tailLength() const noexcept REALTIME {
+    return silenceTail();
+}
 
-std::int32_t GenericPluginProcessor::silenceTail() const noexcept REALTIME { return -1; }
+std::int32_t GenericPluginProcessor::silenceTail() const noexcept REALTIME {
+    return -1;
+}
 
-std::int32_t GenericPluginProcessor::maxBlockSize() const noexcept REALTIME { return graph.getMaxBlockSize(); }
+std::int32_t GenericPluginProcessor::maxBlockSize() const noexcept REALTIME {
+    return graph.getMaxBlockSize();
+}
 
 bool GenericPluginProcessor::sideChainInUse() const noexcept REALTIME {
     return info.has(GenericPluginInfo::sideChain) && sideChainSwitch();

@@ -51,7 +51,7 @@ public:
 
     // [main] The derived class calls init, then makes its channels and its graph.
     GenericPluginProcessor(int layoutIndex, std::size_t channelsOfLayout);
-    ~GenericPluginProcessor() override;               // [main]
+    ~GenericPluginProcessor() override; // [main]
 
     void setAdapter(ProcessorAdapter* bound) noexcept { adapter = bound; } // [main & !processing] not owned
 
@@ -63,19 +63,19 @@ public:
     void setTransport(double tempo, double beats, bool playing) noexcept REALTIME; // beats per minute; beats
 
     // Parameters. A batch is heard at one point of the audio, when the outermost bracket closes.
-    virtual void postJump() noexcept;  // [any]
-    virtual void postReset() noexcept; // [any]
+    virtual void postJump() noexcept;                                                           // [any]
+    virtual void postReset() noexcept;                                                          // [any]
     void parameterChanged(std::int32_t id, float value, std::uint32_t flags) noexcept override; // [any]
-    AudioThreadMark& audioThread() noexcept { return audioThreadMark; }                // [any]
+    AudioThreadMark& audioThread() noexcept { return audioThreadMark; }                         // [any]
 
     // MIDI.
     void receiveHostMidi(const MidiMessage& message) noexcept REALTIME; // to decoder and learn queue
     void receiveEditorMidi(const MidiMessage& message);                 // [main] the same from the editor side
 
     // Questions.
-    virtual std::int32_t tailLength() const noexcept REALTIME;        // samples the graph sounds on, -1: for ever
-    virtual std::int32_t silenceTail() const noexcept REALTIME;       // -1
-    virtual std::int32_t maxBlockSize() const noexcept REALTIME;       // samples of one piece of the graph
+    virtual std::int32_t tailLength() const noexcept REALTIME;   // samples the graph sounds on, -1: for ever
+    virtual std::int32_t silenceTail() const noexcept REALTIME;  // -1
+    virtual std::int32_t maxBlockSize() const noexcept REALTIME; // samples of one piece of the graph
     std::int32_t latency() const noexcept REALTIME { return latencySamples; } // as the graph has it now
     bool sideChainInUse() const noexcept REALTIME;
     bool isSideChainConnected() const noexcept REALTIME { return sideChainConnected; }
@@ -97,7 +97,7 @@ protected:
     virtual bool sideChainSwitch() const noexcept REALTIME { return true; }
 
     // Set-up, in this order: init from the derived constructor, then its channels and graph.
-    void init(); // [main]
+    void init();                  // [main]
     virtual void initProcess() {} // [main] builds process-wide tables; the first instance of the process runs it
     virtual std::unique_ptr<MidiMessageReceiver> createMidiReceiver() { return nullptr; } // [main] the decoder's tree
 
@@ -122,7 +122,8 @@ protected:
     void setExternalBypass(bool wanted) noexcept REALTIME;
     void setMidiActivity(std::int32_t code) noexcept REALTIME { midiActivityCode = code; } // from the decoder's tree
 
-    std::vector<std::unique_ptr<Channel>> channels; // one a channel of the layout, in its order; made by the derived class
+    std::vector<std::unique_ptr<Channel>>
+        channels; // one a channel of the layout, in its order; made by the derived class
 
 private:
     struct Change {
@@ -154,14 +155,14 @@ private:
     std::vector<const float*> graphOutputs;
 
     // A batch is never heard in part: applyChanges reads the count first and the depth of open brackets second,
-    // beginChange raises the depth before its changes are counted, and all of it is sequentially consistent. So when the
-    // depth is 0, every change that was counted belongs to no bracket or to a closed one, and only those are taken.
+    // beginChange raises the depth before its changes are counted, and all of it is sequentially consistent. So when
+    // the depth is 0, every change that was counted belongs to no bracket or to a closed one, and only those are taken.
     std::atomic<std::uint32_t> pushedChanges{0}; // wraps
     std::uint32_t takenChanges = 0;              // wraps
     std::atomic<bool> resyncWanted{false};       // a change found no room in the queue
     std::atomic<std::int32_t> wantedLatency{0};  // samples; the queue orders it
     std::atomic<std::int32_t> framesSinceExchange{idleFrames};
-    std::atomic<std::int32_t> midiState{0};      // rounded value of "Receive Midi"
+    std::atomic<std::int32_t> midiState{0}; // rounded value of "Receive Midi"
 
     const int layoutNumber;
     const std::size_t layoutChannels;

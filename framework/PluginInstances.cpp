@@ -30,11 +30,17 @@ void PluginInstances::begin() {
     sharedMapping = std::make_unique<ControllerMapping>();
 }
 
-void PluginInstances::end() { sharedMapping.reset(); }
+void PluginInstances::end() {
+    sharedMapping.reset();
+}
 
-void PluginInstances::add(GenericPlugin& instance) { instances.insert(instances.begin(), &instance); }
+void PluginInstances::add(GenericPlugin& instance) {
+    instances.insert(instances.begin(), &instance);
+}
 
-void PluginInstances::remove(GenericPlugin& instance) { std::erase(instances, &instance); }
+void PluginInstances::remove(GenericPlugin& instance) {
+    std::erase(instances, &instance);
+}
 
 void PluginInstances::sortByName() {
     std::stable_sort(instances.begin(), instances.end(), [](const GenericPlugin* a, const GenericPlugin* b) {

@@ -33,8 +33,8 @@ public:
     ConnectedSideChainInput connectedSideChain;
     const std::size_t index;
     wave::Input mainInput;
-    wave::Input sideChainInput;         // as the host gives it, with the main input in its place when there is none
-    wave::Producer* output = nullptr;   // set by the derived class; not owned
+    wave::Input sideChainInput;       // as the host gives it, with the main input in its place when there is none
+    wave::Producer* output = nullptr; // set by the derived class; not owned
 
 protected:
     GenericPluginProcessor& owner;

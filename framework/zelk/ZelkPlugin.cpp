@@ -1,0 +1,22 @@
+#include "framework/zelk/ZelkPlugin.h"
+
+#include "framework/zelk/ZelkInit.h"
+
+namespace {
+
+constexpr GenericPlugin::InterfaceSize sizes[] = {{720, 335}, {775, 465}, {900, 540}, {1040, 624}, {1200, 720}};
+
+} // namespace
+
+ZelkPlugin::ZelkPlugin() {
+    fillZelkInfo(info);
+    init();
+}
+
+ZelkPlugin::~ZelkPlugin() {
+    end();
+}
+
+std::span<const GenericPlugin::InterfaceSize> ZelkPlugin::interfaceSizes() const noexcept {
+    return sizes;
+}

@@ -1,0 +1,14 @@
+// The editor side of the product.
+// Threads: main.
+#pragma once
+
+#include "framework/GenericPlugin.h"
+
+class ZelkPlugin final : public GenericPlugin {
+public:
+    ZelkPlugin();
+    ~ZelkPlugin() override;
+
+    bool canResize() const noexcept override { return true; }
+    std::span<const InterfaceSize> interfaceSizes() const noexcept override;
+};

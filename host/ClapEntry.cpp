@@ -1,0 +1,70 @@
+// The one symbol that the library exports, and the life of what it shares before any instance exists.
+#include "framework/zelk/ZelkInit.h"
+#include "host/ClapDescriptorBlock.h"
+#include "host/ClapPluginFactory.h"
+#include "host/ClapPresetDiscoveryFactory.h"
+#include "platform/CriticalSections.h"
+#include "platform/OwnModule.h"
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+
+namespace {
+
+// Guarded by processSection.
+std::uint32_t useCount = 0;
+std::unique_ptr<const ClapDescriptorBlock> block;
+std::string modulePath;
+
+std::unique_ptr<const ClapDescriptorBlock> buildBlock() {
+    GenericPluginInfo info;
+    fillZelkInfo(info);
+    return std::make_unique<const ClapDescriptorBlock>(info);
+}
+
+// The host's path is not compared: links and mounts give one file many names. Our own code knows where it lies.
+bool initEntry(const char*) noexcept {
+    const ScopedLock lock(processSection());
+    if (useCount++ > 0)
+        return true;
+    try {
+        if (findOwnModule(modulePath)) {
+            block = buildBlock();
+            return true;
+        }
+    } catch (...) {
+        block.reset();
+    }
+    useCount = 0;
+    return false;
+}
+
+void deinitEntry() noexcept {
+    const ScopedLock lock(processSection());
+    if (useCount == 0 || --useCount > 0)
+        return;
+    block.reset();
+}
+
+const void* getFactory(const char* id) noexcept {
+    if (id == nullptr)
+        return nullptr;
+    if (std::strcmp(id, CLAP_PRESET_DISCOVERY_FACTORY_ID) == 0)
+        return &clapPresetDiscoveryFactory;
+    if (std::strcmp(id, CLAP_PLUGIN_FACTORY_ID) == 0)
+        return &clapPluginFactory;
+    return nullptr;
+}
+
+} // namespace
+
+const ClapDescriptorBlock* clapDescriptorBlock() noexcept {
+    return block.get();
+}
+
+extern "C" {
+[[gnu::visibility("default")]] extern const clap_plugin_entry clap_entry;
+const clap_plugin_entry clap_entry{CLAP_VERSION, initEntry, deinitEntry, getFactory};
+}
