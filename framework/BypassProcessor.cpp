@@ -16,11 +16,10 @@ void GenericPluginProcessor::BypassProcessor::setBypassed(bool wanted) noexcept 
     bypassed = wanted;
     waitSamples = owner.latency();
     // While the graph never stopped, its output is valid and the fade just turns round.
-    const bool mustWait = !wanted && waitSamples > 0 && graphSkipped;
-    if (!wanted && graphSkipped)
+    waiting = !wanted && graphSkipped;
+    if (waiting)
         owner.environment().resetAll();
-    waiting = mustWait;
-    if (!mustWait)
+    else
         fade.setValue(wantedFade(), fadeMs);
 }
 
@@ -78,12 +77,17 @@ void GenericPluginProcessor::BypassProcessor::advanceWait(std::size_t count) noe
         jumpWanted = false;
         waiting = false;
         fade.setValue(wantedFade(), 0.0f);
-    } else if (waiting && waitSamples <= 0) {
+    } else if (waiting && waitSamples <= 0 && resetIsPast()) {
         waiting = false;
         fade.setValue(0.0f, fadeMs);
     } else if (waiting) {
         waitSamples -= static_cast<std::int32_t>(count);
     }
+}
+
+// A value that is set where the stream was reset has no ramp, so the fade begins one piece later.
+bool GenericPluginProcessor::BypassProcessor::resetIsPast() const noexcept REALTIME {
+    return owner.environment().position != owner.environment().lastResetPosition;
 }
 
 bool GenericPluginProcessor::BypassProcessor::maySound(std::uint32_t flags) noexcept REALTIME {

@@ -24,13 +24,14 @@ public:
     void process(const Buffers& buffers, std::size_t position, std::size_t count,
                  std::uint32_t& flags) noexcept REALTIME;
 
-    void setBypassed(bool wanted) noexcept REALTIME; // fades; a return with latency waits until the wet path is valid
+    void setBypassed(bool wanted) noexcept REALTIME; // fades; a return waits until the wet path is valid
     void jump() noexcept REALTIME;                   // at the next piece the fade stands where it is wanted
     void updateDelays() noexcept REALTIME;           // allocates when the latency has changed
     void clear() noexcept REALTIME;                  // the dry signal forgets
 
 private:
     void advanceWait(std::size_t count) noexcept REALTIME;
+    bool resetIsPast() const noexcept REALTIME;
     bool maySound(std::uint32_t flags) noexcept REALTIME; // false: the input is silent and the tail is over
     void writeOutputs(const Buffers& buffers, std::size_t position, std::size_t count,
                       const wave::BasicBlock<float>& mix, bool fullyBypassed) noexcept REALTIME;

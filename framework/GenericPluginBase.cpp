@@ -12,7 +12,7 @@ GenericPluginBase::GenericPluginBase(std::unique_ptr<ParameterCollection> allPar
 }
 
 void GenericPluginBase::beginChange() noexcept {
-    depth.fetch_add(1);
+    brackets.fetch_add(bracketBegun + 1);
 }
 
 void GenericPluginBase::endChange() noexcept {
@@ -30,13 +30,14 @@ std::int32_t GenericPluginBase::registerGroup(std::string_view) {
 }
 
 std::int32_t GenericPluginBase::changeDepth() const noexcept {
-    return depth.load();
+    return static_cast<std::int32_t>(bracketState() & openBrackets);
 }
 
 std::int32_t GenericPluginBase::leaveChange() noexcept {
     // One end too many must not hold changes back for ever, nor let the next bracket act half open.
-    std::int32_t open = depth.load(std::memory_order_relaxed);
-    while (open > 0 && !depth.compare_exchange_weak(open, open - 1)) {
+    std::uint32_t state = brackets.load(std::memory_order_relaxed);
+    while ((state & openBrackets) != 0 && !brackets.compare_exchange_weak(state, state - 1)) {
     }
+    const auto open = static_cast<std::int32_t>(state & openBrackets);
     return open > 0 ? open - 1 : 0;
 }

@@ -52,10 +52,14 @@ protected:
     GenericPluginBase();
     explicit GenericPluginBase(std::unique_ptr<ParameterCollection> allParameters); // not null
 
+    // [any] Changes with every bracket that begins or ends. Two equal states with no bracket open enclose a time in
+    // which none was.
+    std::uint32_t bracketState() const noexcept { return brackets.load(); }
     std::int32_t leaveChange() noexcept; // [any] the depth that is left; 0 also when no bracket was open
 
 private:
     std::unique_ptr<ParameterCollection> collection;
-    // Sequentially consistent: the audio side orders it against its count of queued changes.
-    std::atomic<std::int32_t> depth{0};
+    static constexpr std::uint32_t openBrackets = 0xFFFF;  // low half: how many are open
+    static constexpr std::uint32_t bracketBegun = 0x10000; // high half: how many have begun; wraps
+    std::atomic<std::uint32_t> brackets{0};                // sequentially consistent: ordered against changes queued
 };

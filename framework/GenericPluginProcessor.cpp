@@ -36,7 +36,7 @@ void GenericPluginProcessor::init() {
     graph.sampleRateChanged.add(this, &GenericPluginProcessor::sampleRateChanged);
     midiDecoder = createMidiReceiver();
     bypass = std::make_unique<BypassProcessor>(*this);
-    graphOutputs.resize(layoutChannels);
+    wetPointers.resize(layoutChannels);
     if (info.has(GenericPluginInfo::midiLearnQueue))
         learn = std::make_unique<LockFreeQueue<MidiMessage>>(learnMessages, learnMessages);
 }
@@ -189,24 +189,25 @@ void GenericPluginProcessor::queueChange(std::int32_t id, float value) noexcept 
 }
 
 void GenericPluginProcessor::applyChanges() noexcept REALTIME {
+    const std::uint32_t before = bracketState();
     const bool resync = resyncWanted.load();
     const std::uint32_t pushed = pushedChanges.load();
-    if (changeDepth() != 0)
-        return;
+    if (changeDepth() != 0 || bracketState() != before)
+        return; // a batch is under way: the next span takes it whole
     if (resync || pushed != takenChanges) {
         const UpdatedObject::Hold hold(updates);
         Change change{};
-        bool reset = false;
+        std::int32_t strongest = 0; // of the jumps and resets that a resynchronisation finds in the queue
         while (takenChanges != pushed && changeQueue.pop(change)) {
             ++takenChanges;
-            if (!resync)
-                applyChange(change);
+            if (resync)
+                strongest = std::min(strongest, change.id);
             else
-                reset = reset || change.id == resetId;
+                applyChange(change);
         }
         if (resync) {
             resyncWanted.exchange(false); // a change that fails from here on raises it again
-            resynchronize(reset);
+            resynchronize(strongest);
         }
         changed.trigger();
     }
@@ -224,12 +225,10 @@ void GenericPluginProcessor::applyChange(const Change& change) noexcept REALTIME
     }
 }
 
-void GenericPluginProcessor::resynchronize(bool withReset) noexcept REALTIME {
+void GenericPluginProcessor::resynchronize(std::int32_t strongest) noexcept REALTIME {
     // Which changes were dropped is not known, so everything is taken from the parameters, which always hold the truth.
-    if (withReset)
-        graph.resetAll();
-    else
-        graph.jump();
+    if (strongest < 0)
+        applyChange({strongest, 0.0f});
     for (std::int32_t id = 0; id < parameterCount(); ++id) {
         parameter(id).notifyListeners(parameter(id).value());
         applyParameter(id);

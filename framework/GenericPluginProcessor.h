@@ -133,7 +133,7 @@ private:
 
     void queueChange(std::int32_t id, float value) noexcept;
     void applyChange(const Change& change) noexcept REALTIME;
-    void resynchronize(bool withReset) noexcept REALTIME;
+    void resynchronize(std::int32_t strongest) noexcept REALTIME;
     void applyBypass() noexcept REALTIME;
     void countFrames(std::size_t frames) noexcept REALTIME;
     void walkSpan(const Buffers& buffers, std::size_t frames, std::uint32_t& flags) noexcept REALTIME;
@@ -152,11 +152,11 @@ private:
     LockFreeQueue<MidiMessage> midiQueue{1024};
     LockFreeQueue<Change> changeQueue{8192};
     std::unique_ptr<LockFreeQueue<MidiMessage>> learn;
-    std::vector<const float*> graphOutputs;
+    std::vector<const float*> wetPointers;
 
-    // A batch is never heard in part: applyChanges reads the count first and the depth of open brackets second,
-    // beginChange raises the depth before its changes are counted, and all of it is sequentially consistent. So when
-    // the depth is 0, every change that was counted belongs to no bracket or to a closed one, and only those are taken.
+    // A batch is never heard in part: applyChanges reads the state of the brackets before and after it reads this
+    // count. When both are the same and none is open, none was open in between, so what was counted holds batches
+    // whole; and only as many changes as were counted are taken.
     std::atomic<std::uint32_t> pushedChanges{0}; // wraps
     std::uint32_t takenChanges = 0;              // wraps
     std::atomic<bool> resyncWanted{false};       // a change found no room in the queue

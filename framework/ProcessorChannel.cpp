@@ -14,7 +14,7 @@ void GenericPluginProcessor::Channel::ConnectedSideChainInput::process(wave::Bas
 }
 
 GenericPluginProcessor::Channel::Channel(GenericPluginProcessor& processor, std::size_t channelIndex,
-                                         std::int32_t speaker)
+                                         chl::SpeakerCode speaker)
     : speakerCode(speaker)
     , connectedSideChain(processor)
     , index(channelIndex)

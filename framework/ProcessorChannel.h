@@ -4,6 +4,7 @@
 
 #include "base/Realtime.h"
 #include "framework/GenericPluginProcessor.h"
+#include "framework/chl/Layouts.h"
 #include "wave/Input.h"
 
 #include <cstddef>
@@ -21,7 +22,7 @@ public:
         GenericPluginProcessor& owner;
     };
 
-    Channel(GenericPluginProcessor& processor, std::size_t channelIndex, std::int32_t speaker);
+    Channel(GenericPluginProcessor& processor, std::size_t channelIndex, chl::SpeakerCode speaker);
     Channel(const Channel&) = delete;
     Channel& operator=(const Channel&) = delete;
     virtual ~Channel() = default;
@@ -29,7 +30,7 @@ public:
     virtual void parameterChanged(std::int32_t id) noexcept REALTIME; // -1: all
     virtual void sampleRateChanged() {}
 
-    const std::int32_t speakerCode;
+    const chl::SpeakerCode speakerCode;
     ConnectedSideChainInput connectedSideChain;
     const std::size_t index;
     wave::Input mainInput;

@@ -1,4 +1,5 @@
 // The one symbol that the library exports, and the life of what it shares before any instance exists.
+#include "framework/GenericPluginInfo.h"
 #include "framework/zelk/ZelkInit.h"
 #include "host/ClapDescriptorBlock.h"
 #include "host/ClapPluginFactory.h"
@@ -20,7 +21,7 @@ std::string modulePath;
 
 std::unique_ptr<const ClapDescriptorBlock> buildBlock() {
     GenericPluginInfo info;
-    fillZelkInfo(info);
+    const ZelkInit product(info);
     return std::make_unique<const ClapDescriptorBlock>(info);
 }
 

@@ -1,6 +1,8 @@
 #include "host/ClapExtensions.h"
 
+#include "host/ClapParameters.h"
 #include "host/ClapPluginAdapter.h"
+#include "host/ClapPortConfigs.h"
 #include "host/ClapPorts.h"
 
 #include <cstring>
@@ -33,8 +35,12 @@ struct Offer {
 
 const void* clapExtensionTable(const char* id) noexcept {
     static constexpr Offer offers[] = {
-        {CLAP_EXT_NOTE_PORTS, &clapNotePorts}, {CLAP_EXT_AUDIO_PORTS, &clapAudioPorts},
-        {CLAP_EXT_LATENCY, &latency},          {CLAP_EXT_TAIL, &tail},
+        {CLAP_EXT_NOTE_PORTS, &clapNotePorts},
+        {CLAP_EXT_AUDIO_PORTS, &clapAudioPorts},
+        {CLAP_EXT_AUDIO_PORTS_CONFIG, &clapPortConfigs},
+        {CLAP_EXT_PARAMS, &clapParameters},
+        {CLAP_EXT_LATENCY, &latency},
+        {CLAP_EXT_TAIL, &tail},
         {CLAP_EXT_TRACK_INFO, &trackInfo},
     };
     for (const Offer& offer : offers)

@@ -1,21 +1,18 @@
 #include "host/ClapPorts.h"
 
 #include "framework/GenericPlugin.h"
+#include "framework/chl/Layouts.h"
 #include "host/ClapPluginAdapter.h"
 #include "host/ClapText.h"
 
-#include <array>
-
 namespace {
-
-constexpr std::array<const char*, 2> namedPortTypes{CLAP_PORT_MONO, CLAP_PORT_STEREO};
 
 clap_audio_port_info port(const GenericPlugin& plugin, clap_id id, const char* name, std::uint32_t flags) {
     clap_audio_port_info info{};
     info.id = id;
     copyClapText(name, info.name);
     info.flags = flags;
-    info.channel_count = 2;
+    info.channel_count = clapChannelCount(plugin.layout());
     info.port_type = clapPortType(plugin.layout());
     info.in_place_pair = CLAP_INVALID_ID;
     return info;
@@ -50,9 +47,18 @@ bool getNotePort(const clap_plugin*, std::uint32_t index, bool isInput, clap_not
 } // namespace
 
 const char* clapPortType(int layout) noexcept {
-    return layout >= 0 && static_cast<std::size_t>(layout) < namedPortTypes.size()
-               ? namedPortTypes[static_cast<std::size_t>(layout)]
-               : CLAP_PORT_SURROUND;
+    switch (static_cast<chl::Layout>(layout)) {
+    case chl::Layout::mono:
+        return CLAP_PORT_MONO;
+    case chl::Layout::stereo:
+        return CLAP_PORT_STEREO;
+    default:
+        return CLAP_PORT_SURROUND;
+    }
+}
+
+std::uint32_t clapChannelCount(int layout) noexcept {
+    return static_cast<std::uint32_t>(chl::channelCount(static_cast<chl::Layout>(layout)));
 }
 
 std::vector<clap_audio_port_info> clapInputPorts(const GenericPlugin& plugin) {

@@ -32,7 +32,7 @@ void UnifiedPluginAdapter::createHalves() {
 }
 
 std::unique_ptr<GenericPluginProcessor> UnifiedPluginAdapter::createProcessor(int layout) {
-    auto created = std::make_unique<ZelkProcessor>(layout);
+    auto created = std::make_unique<ZelkProcessor>(static_cast<chl::Layout>(layout));
     created->setAdapter(this);
     created->setSampleRate(static_cast<double>(plugin->sampleRate()));
     return created;

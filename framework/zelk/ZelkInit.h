@@ -1,7 +1,12 @@
-// What this product is, told to the framework.
+// Tells the framework what product this is.
 // Threads: main.
 #pragma once
 
-#include "framework/GenericPluginInfo.h"
+class GenericPluginBase;
+class GenericPluginInfo;
 
-void fillZelkInfo(GenericPluginInfo& info);
+class ZelkInit {
+public:
+    explicit ZelkInit(GenericPluginInfo& info);   // for a description without an instance
+    explicit ZelkInit(GenericPluginBase& plugin); // for one side of an instance
+};

@@ -1,16 +1,15 @@
 #include "framework/zelk/ZelkPlugin.h"
 
-#include "framework/zelk/ZelkInit.h"
-
 namespace {
 
 constexpr GenericPlugin::InterfaceSize sizes[] = {{720, 335}, {775, 465}, {900, 540}, {1040, 624}, {1200, 720}};
 
 } // namespace
 
-ZelkPlugin::ZelkPlugin() {
-    fillZelkInfo(info);
+ZelkPlugin::ZelkPlugin() : ZelkParameters(*static_cast<GenericPluginBase*>(this)) {
     init();
+    initParameters();
+    analyzer.addParametersTo(interfaceCollection());
 }
 
 ZelkPlugin::~ZelkPlugin() {

@@ -3,8 +3,11 @@
 #pragma once
 
 #include "framework/GenericPlugin.h"
+#include "framework/zelk/ZelkParameters.h"
 
-class ZelkPlugin final : public GenericPlugin {
+#include <span>
+
+class ZelkPlugin final : public GenericPlugin, public ZelkParameters {
 public:
     ZelkPlugin();
     ~ZelkPlugin() override;

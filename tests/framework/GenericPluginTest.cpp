@@ -1,0 +1,199 @@
+#include "framework/GenericPlugin.h"
+
+#include "framework/FloatPluginParameter.h"
+#include "framework/PluginInstances.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Events = std::vector<std::pair<std::int32_t, std::int32_t>>;
+
+class TestPlugin final : public GenericPlugin {
+public:
+    explicit TestPlugin(const std::string& name = "Test") {
+        info.productName = name;
+        info.capabilities = GenericPluginInfo::instanceNames;
+        init();
+    }
+    ~TestPlugin() override { end(); }
+
+    FloatPluginParameter first{this, "First"};
+    FloatPluginParameter second{this, "Second"};
+    FloatPluginParameter third{this, "Third"};
+    std::vector<std::int32_t> latencyTests;
+    std::int32_t latencyWanted = 0;
+
+protected:
+    void afterParameterChange(std::int32_t id) override {
+        latencyTests.push_back(id);
+        storeLatency(latencyWanted, false);
+    }
+};
+
+// Records what the editor side sends, and stands for the audio side.
+class RecordingAdapter final : public GenericPlugin::Adapter, public GenericPlugin::Listener {
+public:
+    explicit RecordingAdapter(GenericPlugin& bound) : plugin(bound) {
+        plugin.setAdapter(this);
+        plugin.setListener(this);
+    }
+    ~RecordingAdapter() override {
+        plugin.setListener(nullptr);
+        plugin.setAdapter(nullptr);
+    }
+
+    void syncControllerMapping() override { ++mappings; }
+    void latencyChanged() override {
+        ++latencies;
+        latencyThread = std::this_thread::get_id();
+    }
+    void sendMidiToProcessor(const MidiMessage&) override {}
+    void sendParameterToHost(std::int32_t id) override { sent.push_back(id); }
+    void stateChanged(std::int32_t kind) override { states.push_back(kind); }
+    void exchangeSources() override {}
+    void setProcessorValue(std::int32_t, float) override {}
+    void postParameterValue(std::int32_t, float) noexcept override {}
+    float processorValue(std::int32_t id) const noexcept override {
+        return processorValues[static_cast<std::size_t>(id)];
+    }
+    void pluginEvent(std::int32_t code, std::int32_t argument) override { events.emplace_back(code, argument); }
+
+    GenericPlugin& plugin;
+    std::vector<std::int32_t> sent;
+    std::vector<std::int32_t> states;
+    Events events;
+    std::vector<float> processorValues{0.0f, 0.0f, 0.0f};
+    int latencies = 0;
+    int mappings = 0;
+    std::thread::id latencyThread;
+};
+
+constexpr std::uint32_t silent = GenericParameterOwner::silent;
+
+TEST(GenericPlugin, ABatchOfSilentChangesTellsTheListenerOnceAndTheAdapterNothing) {
+    TestPlugin plugin;
+    RecordingAdapter adapter(plugin);
+    plugin.beginChange();
+    plugin.beginChange();
+    plugin.first.setValue(0.5f, silent);
+    plugin.second.setValue(0.5f, silent);
+    plugin.endChange();
+    EXPECT_TRUE(adapter.events.empty()) << "only the outermost bracket acts";
+    plugin.endChange();
+    EXPECT_EQ(adapter.events, (Events{{GenericPlugin::eventParameter, -1}}));
+    EXPECT_TRUE(adapter.sent.empty());
+    EXPECT_EQ(plugin.latencyTests, std::vector<std::int32_t>{-1}) << "once, for the whole batch";
+    EXPECT_TRUE(plugin.currentPreset().modified());
+}
+
+TEST(GenericPlugin, ABatchWithOneLoudChangeSendsAllValuesInItsWay) {
+    TestPlugin plugin;
+    RecordingAdapter adapter(plugin);
+    plugin.beginChange();
+    plugin.first.setValue(0.5f, silent);
+    plugin.second.setValue(0.5f, 0);
+    plugin.third.setValue(0.5f, silent);
+    plugin.markReset();
+    plugin.markJump(); // a jump does not weaken a reset
+    plugin.endChange();
+    EXPECT_EQ(adapter.sent, std::vector<std::int32_t>{GenericPlugin::allValuesWithReset});
+    plugin.beginChange();
+    plugin.markJump();
+    plugin.endChange(); // nothing changed: the jump must not stay behind
+    plugin.beginChange();
+    plugin.first.setValue(0.25f, 0);
+    plugin.endChange();
+    EXPECT_EQ(adapter.sent.back(), GenericPlugin::allValuesSmoothed);
+}
+
+TEST(GenericPlugin, WhatTheAudioThreadMovedArrivesOnTheMainThreadSilently) {
+    TestPlugin plugin;
+    RecordingAdapter adapter(plugin);
+    std::thread audio([&] {
+        plugin.automate(0, 0.75f);
+        plugin.automate(0, 0.5f);
+        plugin.followProcessor(2);
+    });
+    audio.join();
+    EXPECT_EQ(plugin.first.get(), 0.5f) << "the value stands at once";
+    EXPECT_TRUE(adapter.events.empty());
+    adapter.processorValues = {0.5f, 0.0f, 0.125f};
+    plugin.drain();
+    EXPECT_EQ(adapter.events, (Events{{GenericPlugin::eventParameter, 0}, {GenericPlugin::eventParameter, 2}}));
+    EXPECT_EQ(plugin.third.get(), 0.125f);
+    EXPECT_TRUE(adapter.sent.empty());
+    EXPECT_TRUE(plugin.currentPreset().modified());
+
+    // The set is also emptied before a batch begins, and leaves the kind of an open bracket alone.
+    plugin.followProcessor(1);
+    adapter.processorValues[1] = 0.5f;
+    plugin.beginChange();
+    EXPECT_EQ(plugin.second.get(), 0.5f);
+    adapter.events.clear();
+    plugin.endChange();
+    EXPECT_TRUE(adapter.events.empty());
+}
+
+TEST(GenericPlugin, ALatencyChangeOfAnotherThreadReachesTheHostOnTheMainThread) {
+    TestPlugin plugin;
+    RecordingAdapter adapter(plugin);
+    plugin.latencyWanted = 100;
+    std::thread loader([&] { plugin.first.setValue(0.5f, silent); });
+    loader.join();
+    EXPECT_EQ(adapter.latencies, 0);
+    plugin.drain();
+    EXPECT_EQ(adapter.latencies, 1);
+    EXPECT_EQ(adapter.latencyThread, std::this_thread::get_id());
+    EXPECT_EQ(plugin.latency(), 100);
+    plugin.first.setValue(0.25f, silent); // the same latency
+    EXPECT_EQ(adapter.latencies, 1);
+    plugin.latencyWanted = 0;
+    plugin.first.setValue(0.75f, silent);
+    EXPECT_EQ(adapter.latencies, 2);
+}
+
+TEST(GenericPlugin, InstancesAreNamedApartAndAFreedNameIsTakenAgain) {
+    auto first = std::make_unique<TestPlugin>("Zelk");
+    TestPlugin second("Zelk");
+    EXPECT_EQ(first->instanceName(), "Zelk");
+    EXPECT_EQ(second.instanceName(), "Zelk (2)");
+    first.reset();
+    EXPECT_EQ(second.instanceName(), "Zelk (2)");
+    TestPlugin third("Zelk");
+    EXPECT_EQ(third.instanceName(), "Zelk");
+
+    RecordingAdapter adapter(third);
+    third.setInstanceName("Voice");
+    EXPECT_EQ(adapter.states, std::vector<std::int32_t>{GenericPlugin::instanceNamed});
+    third.setInstanceName("Voice");
+    EXPECT_EQ(adapter.states.size(), 1u);
+    third.setInstanceName("");
+    EXPECT_EQ(third.instanceName(), "Zelk");
+    EXPECT_NE(third.instanceId(), second.instanceId());
+    EXPECT_EQ(third.instanceId(), third.instanceId());
+}
+
+TEST(GenericPlugin, TheControllerMapIsSharedAndGoesWithTheLastInstance) {
+    {
+        TestPlugin first;
+        TestPlugin second;
+        RecordingAdapter a(first);
+        RecordingAdapter b(second);
+        first.controllerMapping().assign(7, 1);
+        EXPECT_EQ(second.controllerMapping().target(7), 1);
+        EXPECT_EQ(a.mappings, 1);
+        EXPECT_EQ(b.mappings, 1);
+        EXPECT_EQ(b.events, (Events{{GenericPlugin::eventControllerMap, 0}}));
+    }
+    EXPECT_TRUE(PluginInstances::ofProcess().empty());
+    const TestPlugin fresh;
+    EXPECT_EQ(PluginInstances::ofProcess().controllerMapping().target(7), ControllerMapping::none);
+}
+
+} // namespace
