@@ -1,0 +1,38 @@
+// Dynamic libraries, terminal and signals of POSIX systems.
+#include "tools/host/Failure.h"
+#include "tools/host/System.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+LoadedModule::LoadedModule(const std::string& path) : handle(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+    if (handle == nullptr) {
+        const char* reason = dlerror();
+        throw Failure("cannot load " + std::string(reason != nullptr ? reason : path));
+    }
+}
+
+LoadedModule::~LoadedModule() {
+    dlclose(handle);
+}
+
+const void* LoadedModule::symbol(const char* name) const {
+    return dlsym(handle, name);
+}
+
+std::string systemReason() {
+    return std::strerror(errno);
+}
+
+bool errorsGoToTerminal() {
+    return isatty(STDERR_FILENO) == 1;
+}
+
+void letWritesFail() {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
