@@ -7,7 +7,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <memory>
 
 namespace wave {
 
@@ -17,22 +16,22 @@ inline std::int32_t wholeGroups(std::int32_t count) noexcept REALTIME {
     return (count + groupSize - 1) & -groupSize;
 }
 
-// out[i] = law(i). The law reads nothing of out.
-template <typename Law>
-inline void fillBlock(float* out, std::int32_t count, Law law) noexcept REALTIME {
-    float* __restrict const aligned = std::assume_aligned<32>(out);
+// out[i] = law(inputs[i]...)
+template <typename Law, typename... Samples>
+inline void mapBlock(float* __restrict out, std::int32_t count, Law law,
+                     const Samples* __restrict... inputs) noexcept REALTIME {
     const std::int32_t whole = wholeGroups(count);
     for (std::int32_t index = 0; index < whole; ++index)
-        aligned[index] = law(index);
+        out[index] = law(inputs[index]...);
 }
 
-// out[i] = law(out[i], i). The law reads nothing else of out.
-template <typename Law>
-inline void updateBlock(float* out, std::int32_t count, Law law) noexcept REALTIME {
-    float* __restrict const aligned = std::assume_aligned<32>(out);
+// out[i] = law(out[i], inputs[i]...)
+template <typename Law, typename... Samples>
+inline void updateBlock(float* __restrict out, std::int32_t count, Law law,
+                        const Samples* __restrict... inputs) noexcept REALTIME {
     const std::int32_t whole = wholeGroups(count);
     for (std::int32_t index = 0; index < whole; ++index)
-        aligned[index] = law(aligned[index], index);
+        out[index] = law(out[index], inputs[index]...);
 }
 
 // The largest or smallest value, or magnitude, of `count` samples and `start`. A not-a-number never wins.

@@ -22,16 +22,18 @@ void Detector::filter(const wave::BasicBlock<float>& inputBlock, wave::BasicBloc
                       std::int32_t count, std::uint32_t) noexcept REALTIME {
     const wave::BasicBlock<float>& thresholds = threshold.read(count);
     const float* const in = inputBlock.data();
-    const float* const limits = thresholds.data();
     const bool steady = thresholds.isConstant != 0;
-    const float fixed = dbToGain(limits[0]);
+    const float fixed = dbToGain(thresholds[0]);
     if (steady && inputBlock.isConstant != 0) {
         outputBlock.fillConstant(excess(in[0], fixed), count);
         return;
     }
     outputBlock.isConstant = 0;
+    float* const out = outputBlock.data();
     if (steady)
-        wave::fillBlock(outputBlock.data(), count, [=](std::int32_t i) { return excess(in[i], fixed); });
+        wave::mapBlock(
+            out, count, [=](float x) { return excess(x, fixed); }, in);
     else
-        wave::fillBlock(outputBlock.data(), count, [=](std::int32_t i) { return excess(in[i], dbToGain(limits[i])); });
+        wave::mapBlock(
+            out, count, [](float x, float db) { return excess(x, dbToGain(db)); }, in, thresholds.data());
 }

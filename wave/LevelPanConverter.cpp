@@ -19,29 +19,20 @@ void LevelPanConverter::processAll(std::span<const wave::BasicBlock<float>*> cho
         chosen[1] = &levels;
         return;
     }
-    const float* const g = levels.data();
-    const float* const p = pans.data();
     const float sign = invert ? -1.0f : 1.0f;
-    const auto first = [=](std::int32_t i) {
-        const float signedLevel = sign * g[i];
-        return signedLevel - (p[i] > 0.0f ? p[i] : 0.0f) * signedLevel;
-    };
-    const auto second = [=](std::int32_t i) {
-        const float signedLevel = sign * g[i];
-        return (p[i] < 0.0f ? p[i] : 0.0f) * signedLevel + signedLevel;
-    };
+    const auto first = [=](float g, float p) { return sign * (g - (p > 0.0f ? p : 0.0f) * g); };
+    const auto second = [=](float g, float p) { return sign * ((p < 0.0f ? p : 0.0f) * g + g); };
     if (levels.isConstant != 0 && pans.isConstant != 0) {
-        block(0).fillConstant(first(0), count);
-        block(1).fillConstant(second(0), count);
+        block(0).fillConstant(first(levels[0], pans[0]), count);
+        block(1).fillConstant(second(levels[0], pans[0]), count);
         return;
     }
+    wave::mapBlock(block(0).data(), count, first, levels.data(), pans.data());
     block(0).isConstant = 0;
-    block(1).isConstant = 0;
     if (centred) {
-        wave::fillBlock(block(0).data(), count, [=](std::int32_t i) { return -g[i]; });
         chosen[1] = &block(0);
         return;
     }
-    wave::fillBlock(block(0).data(), count, first);
-    wave::fillBlock(block(1).data(), count, second);
+    wave::mapBlock(block(1).data(), count, second, levels.data(), pans.data());
+    block(1).isConstant = 0;
 }

@@ -14,22 +14,25 @@ void MidSideConverter::processAll(std::span<const wave::BasicBlock<float>*> chos
         chosen[1] = &second;
         return;
     }
-    const float* const a = first.data();
-    const float* const b = second.data();
-    const bool encode = conversion == Conversion::encode;
-    const auto half = [=](std::int32_t i) { return (b[i] - a[i]) * 0.5f; };
-    if (first.isConstant != 0 && second.isConstant != 0) {
-        block(0).fillConstant(encode ? half(0) + a[0] : a[0] - b[0], count);
-        block(1).fillConstant(encode ? half(0) : a[0] + b[0], count);
-        return;
-    }
-    block(0).isConstant = 0;
-    block(1).isConstant = 0;
-    if (encode) {
-        wave::fillBlock(block(0).data(), count, [=](std::int32_t i) { return half(i) + a[i]; });
-        wave::fillBlock(block(1).data(), count, half);
+    // Encoding makes mid and side of left and right, decoding left and right of mid and side.
+    const auto mid = [](float left, float right) { return (right - left) * 0.5f + left; };
+    const auto side = [](float left, float right) { return (right - left) * 0.5f; };
+    const auto left = [](float middle, float difference) { return middle - difference; };
+    const auto right = [](float middle, float difference) { return middle + difference; };
+    const bool constant = first.isConstant != 0 && second.isConstant != 0;
+    const auto make = [&](std::size_t index, auto law) {
+        if (constant) {
+            block(index).fillConstant(law(first[0], second[0]), count);
+            return;
+        }
+        wave::mapBlock(block(index).data(), count, law, first.data(), second.data());
+        block(index).isConstant = 0;
+    };
+    if (conversion == Conversion::encode) {
+        make(0, mid);
+        make(1, side);
     } else {
-        wave::fillBlock(block(0).data(), count, [=](std::int32_t i) { return a[i] - b[i]; });
-        wave::fillBlock(block(1).data(), count, [=](std::int32_t i) { return a[i] + b[i]; });
+        make(0, left);
+        make(1, right);
     }
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -17,41 +18,40 @@ struct Term {
     const wave::BasicBlock<float>* weight;
 };
 
-// Adds the terms in their order. A steady weight is one factor.
-template <std::size_t count, bool steady, bool onTop>
-void addTerms(float* out, const Term* terms, std::int32_t samples) noexcept {
-    const Term& second = terms[count > 1 ? 1 : 0];
-    const Term& third = terms[count > 2 ? 2 : 0];
-    const float* const a = terms[0].source->data();
-    const float* const b = second.source->data();
-    const float* const c = third.source->data();
-    const float* const weightA = terms[0].weight->data();
-    const float* const weightB = second.weight->data();
-    const float* const weightC = third.weight->data();
-    const float factorA = weightA[0];
-    const float factorB = weightB[0];
-    const float factorC = weightC[0];
-    const auto addTo = [=](float sum, std::int32_t i) {
-        sum += a[i] * (steady ? factorA : weightA[i]);
-        if constexpr (count > 1)
-            sum += b[i] * (steady ? factorB : weightB[i]);
-        if constexpr (count > 2)
-            sum += c[i] * (steady ? factorC : weightC[i]);
-        return sum;
-    };
+template <bool onTop, typename Law, typename... Inputs>
+void write(float* out, std::int32_t samples, Law law, Inputs... inputs) noexcept {
     if constexpr (onTop)
-        wave::updateBlock(out, samples, addTo);
+        wave::updateBlock(out, samples, law, inputs...);
     else
-        wave::fillBlock(out, samples, [=](std::int32_t i) { return addTo(0.0f, i); });
+        wave::mapBlock(
+            out, samples, [=](auto... values) { return law(0.0f, values...); }, inputs...);
 }
 
-using AddTerms = void (*)(float*, const Term*, std::int32_t) noexcept;
+// Adds the terms in their order, each with one factor.
+template <bool onTop, std::size_t... term>
+void addSteady(float* out, const Term* terms, std::int32_t samples, std::index_sequence<term...>) noexcept {
+    const float factors[] = {(*terms[term].weight)[0]...};
+    const auto law = [=](float sum, auto... values) { return (sum + ... + (values * factors[term])); };
+    write<onTop>(out, samples, law, terms[term].source->data()...);
+}
+
+// The same with weights that move.
+template <bool onTop, std::size_t... term>
+void addMoving(float* out, const Term* terms, std::int32_t samples, std::index_sequence<term...>) noexcept {
+    const auto law = [](float sum, auto... values) {
+        const float each[] = {values...}; // sources, then weights
+        return (sum + ... + (each[term] * each[sizeof...(term) + term]));
+    };
+    write<onTop>(out, samples, law, terms[term].source->data()..., terms[term].weight->data()...);
+}
 
 template <std::size_t count>
-AddTerms chosen(bool steady, bool onTop) noexcept {
+void addTerms(float* out, const Term* terms, std::int32_t samples, bool steady, bool onTop) noexcept {
+    constexpr auto all = std::make_index_sequence<count>();
     if (steady)
-        return onTop ? addTerms<count, true, true> : addTerms<count, true, false>;
-    return onTop ? addTerms<count, false, true> : addTerms<count, false, false>;
+        onTop ? addSteady<true>(out, terms, samples, all) : addSteady<false>(out, terms, samples, all);
+    else
+        onTop ? addMoving<true>(out, terms, samples, all) : addMoving<false>(out, terms, samples, all);
 }
 
 } // namespace
@@ -125,10 +125,12 @@ void Mixer::sumFast(wave::BasicBlock<float>& block, std::int32_t count) noexcept
     for (std::size_t first = 0; first < used; first += termsPerPass) {
         const std::size_t now = std::min(used - first, termsPerPass);
         const bool onTop = first > 0;
-        const AddTerms add = now == 1   ? chosen<1>(weightsSteady, onTop)
-                             : now == 2 ? chosen<2>(weightsSteady, onTop)
-                                        : chosen<3>(weightsSteady, onTop);
-        add(block.data(), &terms[first], count);
+        if (now == 1)
+            addTerms<1>(block.data(), &terms[first], count, weightsSteady, onTop);
+        else if (now == 2)
+            addTerms<2>(block.data(), &terms[first], count, weightsSteady, onTop);
+        else
+            addTerms<3>(block.data(), &terms[first], count, weightsSteady, onTop);
     }
 }
 
@@ -143,18 +145,22 @@ void Mixer::fold(wave::BasicBlock<float>& block, std::int32_t count) noexcept RE
         const wave::BasicBlock<float>& weight = entry->weight.read(count);
         constant = constant && source.isConstant != 0 && weight.isConstant != 0;
         const float* const in = source.data();
-        const float* const w = weight.data();
+        const float* const weights = weight.data();
+        const auto magnitude = [](float x, float w) { return std::fabs(x) * w; };
+        const auto product = [](float x, float w) { return x * w; };
         if (operation == Operation::largestMagnitude) {
-            const auto largest = [](float a, float b) { return a > b ? a : b; };
             if (first)
-                wave::fillBlock(out, count, [=](std::int32_t i) { return std::fabs(in[i]) * w[i]; });
+                wave::mapBlock(out, count, magnitude, in, weights);
             else
-                wave::updateBlock(out, count,
-                                  [=](float best, std::int32_t i) { return largest(std::fabs(in[i]) * w[i], best); });
+                wave::updateBlock(
+                    out, count,
+                    [=](float best, float x, float w) { return magnitude(x, w) > best ? magnitude(x, w) : best; }, in,
+                    weights);
         } else if (first) {
-            wave::fillBlock(out, count, [=](std::int32_t i) { return in[i] * w[i]; });
+            wave::mapBlock(out, count, product, in, weights);
         } else {
-            wave::updateBlock(out, count, [=](float sum, std::int32_t i) { return sum + in[i] * w[i]; });
+            wave::updateBlock(
+                out, count, [=](float sum, float x, float w) { return sum + product(x, w); }, in, weights);
         }
         first = false;
     }

@@ -38,7 +38,7 @@ void SafetyLimiter::filter(const wave::BasicBlock<float>&, wave::BasicBlock<floa
         outputBlock.fillConstant(1.0f - reduction[0], count);
         return;
     }
-    const float* const gone = reduction.data();
+    wave::mapBlock(
+        outputBlock.data(), count, [](float gone) { return 1.0f - gone; }, reduction.data());
     outputBlock.isConstant = 0;
-    wave::fillBlock(outputBlock.data(), count, [=](std::int32_t i) { return 1.0f - gone[i]; });
 }

@@ -27,11 +27,15 @@ void VolumeFilter::filter(const wave::BasicBlock<float>& inputBlock, wave::Basic
     const float* const g = gains.data();
     const float* const m = moves != nullptr ? moves->data() : nullptr;
     if (steady && m == nullptr)
-        wave::fillBlock(out, count, [=](std::int32_t i) { return in[i] * factor; });
+        wave::mapBlock(
+            out, count, [=](float x) { return x * factor; }, in);
     else if (steady)
-        wave::fillBlock(out, count, [=](std::int32_t i) { return in[i] * factor * m[i]; });
+        wave::mapBlock(
+            out, count, [=](float x, float move) { return x * factor * move; }, in, m);
     else if (m == nullptr)
-        wave::fillBlock(out, count, [=](std::int32_t i) { return in[i] * g[i]; });
+        wave::mapBlock(
+            out, count, [](float x, float y) { return x * y; }, in, g);
     else
-        wave::fillBlock(out, count, [=](std::int32_t i) { return in[i] * g[i] * m[i]; });
+        wave::mapBlock(
+            out, count, [](float x, float y, float move) { return x * y * move; }, in, g, m);
 }
