@@ -1,6 +1,10 @@
+#include "tests/support/TemporaryHome.h"
+
 #include <gtest/gtest.h>
 
 int main(int argumentCount, char** arguments) {
+    // No test reads or writes what the user who runs it keeps.
+    const TemporaryHome home;
     testing::InitGoogleTest(&argumentCount, arguments);
     return RUN_ALL_TESTS();
 }

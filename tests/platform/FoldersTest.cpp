@@ -1,0 +1,63 @@
+#include "platform/Folders.h"
+
+#include "tests/support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace {
+
+TEST(Folders, FollowTheEnvironmentAndIgnoreRelativePaths) {
+    TemporaryHome home;
+    EXPECT_EQ(homeFolder(), home.path());
+    EXPECT_EQ(userConfigFolder(), home.path() + ".config/");
+    EXPECT_EQ(userDataFolder(), home.path() + ".local/share/");
+    home.setVariable("XDG_CONFIG_HOME", "/opt/settings");
+    home.setVariable("XDG_DATA_HOME", "somewhere");
+    EXPECT_EQ(userConfigFolder(), "/opt/settings/");
+    EXPECT_EQ(userDataFolder(), home.path() + ".local/share/");
+}
+
+TEST(Folders, WithoutAHomeVariableThePasswordEntryCounts) {
+    TemporaryHome home;
+    const passwd* const entry = getpwuid(getuid());
+    const std::string wanted = entry != nullptr ? std::string(entry->pw_dir) + "/" : "";
+    home.setVariable("HOME", std::nullopt);
+    EXPECT_EQ(homeFolder(), wanted);
+    home.setVariable("HOME", "");
+    EXPECT_EQ(homeFolder(), wanted);
+}
+
+TEST(Folders, DocumentsAreWhereTheDesktopKeepsThem) {
+    TemporaryHome home;
+    const auto documentsFor = [&](const std::string& content) {
+        home.write(".config/user-dirs.dirs", content);
+        return documentsFolder();
+    };
+    EXPECT_EQ(documentsFolder(), home.path() + "Documents/");
+    EXPECT_EQ(documentsFor("# comment\nXDG_MUSIC_DIR=\"$HOME/Musik\"\n XDG_DOCUMENTS_DIR=\"$HOME/Eigene \\\"D\\\"\"\n"),
+              home.path() + "Eigene \"D\"/");
+    EXPECT_EQ(documentsFor("XDG_DOCUMENTS_DIR=\"/first\"\nXDG_DOCUMENTS_DIR=\"/data/Documents/\"\n"),
+              "/data/Documents/");
+    EXPECT_EQ(documentsFor("XDG_DOCUMENTS_DIR=\"$HOME\"\n"), home.path());
+    for (const char* const broken :
+         {"XDG_DOCUMENTS_DIR=\"relative\"\n", "XDG_DOCUMENTS_DIR=\"$HOMEWARD/x\"\n", "\xff\n"})
+        EXPECT_EQ(documentsFor(broken), home.path() + "Documents/") << broken;
+}
+
+TEST(Folders, FoldersAreMadeWithTheirParentsAndNeverOverAFile) {
+    TemporaryHome home;
+    const std::string deep = home.path() + "one/two/three/";
+    EXPECT_FALSE(directoryExists(deep));
+    EXPECT_TRUE(createDirectories(deep));
+    EXPECT_TRUE(directoryExists(deep));
+    EXPECT_TRUE(createDirectories(deep)) << "it exists already";
+    home.write("file", "x");
+    EXPECT_FALSE(createDirectories(home.path() + "file"));
+    EXPECT_FALSE(createDirectories(home.path() + "file/below"));
+    EXPECT_FALSE(createDirectories(""));
+}
+
+} // namespace
