@@ -32,6 +32,10 @@ std::string fixedText(double value, int decimals) {
     return textOf(value, std::chars_format::fixed, decimals < 0 ? 0 : decimals > 60 ? 60 : decimals);
 }
 
+std::string generalText(double value, int digits) {
+    return textOf(value, std::chars_format::general, digits < 1 ? 1 : digits > 60 ? 60 : digits);
+}
+
 std::string shortestText(double value) {
     return textOf(value);
 }

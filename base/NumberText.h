@@ -9,6 +9,9 @@
 // As printf would in the "C" locale with "%.*f"; infinities and not-a-numbers as std::to_chars writes them.
 std::string fixedText(double value, int decimals);
 
+// As "%.*g" in the "C" locale.
+std::string generalText(double value, int digits);
+
 // The shortest text that reads back as the same value.
 std::string shortestText(double value);
 std::string shortestText(float value);
