@@ -2,9 +2,9 @@
 // Threads: any but audio. What the environment says is read at each call.
 #pragma once
 
-#include <string>
+#include "platform/Paths.h"
 
-inline constexpr char pathSeparator = '/';
+#include <string>
 
 // UTF-8 paths that end in a separator. Empty: this user has no such place, and whoever asked goes without files.
 std::string homeFolder();

@@ -1,0 +1,27 @@
+// The data that the library carries, under file-like names.
+// Threads: any.
+#pragma once
+
+#include <istream>
+#include <memory>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+struct EmbeddedResource {
+    std::string_view name; // without extension, in upper case
+    std::string_view bytes;
+};
+
+// The one table. Whoever builds a library or a program that has resources defines it.
+std::span<const EmbeddedResource> embeddedResources() noexcept;
+
+class EResource : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// The extension of a name does not count, nor does case.
+bool resourceExists(std::string_view name) noexcept;
+std::unique_ptr<std::istream> openResource(std::string_view name); // throws EResource when there is none
