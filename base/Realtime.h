@@ -13,12 +13,13 @@
 #endif
 
 #ifdef ZELK_REALTIME_CHECKS
-// Weak: a test program that watches the allocator defines them; every other program leaves them null.
+// Weak: a test program that watches the allocator defines them, also for the libraries that it loads; every other
+// program leaves them null.
 extern "C" {
-[[gnu::weak]] void zelkRealtimeEnter() noexcept;
-[[gnu::weak]] void zelkRealtimeLeave() noexcept;
-[[gnu::weak]] void zelkRealtimePermit(const char* reason) noexcept;
-[[gnu::weak]] void zelkRealtimeRevoke() noexcept;
+[[gnu::weak, gnu::visibility("default")]] void zelkRealtimeEnter() noexcept;
+[[gnu::weak, gnu::visibility("default")]] void zelkRealtimeLeave() noexcept;
+[[gnu::weak, gnu::visibility("default")]] void zelkRealtimePermit(const char* reason) noexcept;
+[[gnu::weak, gnu::visibility("default")]] void zelkRealtimeRevoke() noexcept;
 }
 #endif
 

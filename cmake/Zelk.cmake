@@ -31,7 +31,12 @@ function(zelk_folder folder)
     target_link_libraries(${target} PUBLIC zelk_flags ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
 endfunction()
 
-# zelk_tests(base SOURCES XTest.cpp LINKS zelk_base [LABELS threads]): one program a folder, each test known to ctest.
+# zelk_tests(base SOURCES XTest.cpp LINKS zelk_base [LABELS threads]): one program a folder, each test known to ctest
+# by the folder and the labels. Two labels have a meaning of their own: "threads" for what ThreadSanitizer shall see,
+# "realtime" for what must keep the audio thread's rules; "process", "dsp" and the folders of signal work imply it. The
+# targets tests_threads and tests_realtime build the programs that carry them.
+add_custom_target(tests_threads)
+add_custom_target(tests_realtime)
 function(zelk_tests folder)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;LABELS" ${ARGN})
     string(REPLACE "/" "_" name "test_${folder}")
@@ -43,7 +48,27 @@ function(zelk_tests folder)
     target_include_directories(${name} PRIVATE "${room}")
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} zelk_test_support GTest::gtest)
     set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 LABELS "${folder};${ARG_LABELS}")
+    set(labels ${folder} ${ARG_LABELS})
+    foreach(implying IN ITEMS process dsp wave eq midi)
+        if(implying IN_LIST labels)
+            list(APPEND labels realtime)
+        endif()
+    endforeach()
+    list(REMOVE_DUPLICATES labels)
+    foreach(meaning IN ITEMS threads realtime)
+        if(meaning IN_LIST labels)
+            add_dependencies(tests_${meaning} ${name})
+        endif()
+    endforeach()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+    # A list does not survive the way through the discovery, so ctest gets the labels by a file of their own.
+    set(labelled "${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake")
+    file(CONFIGURE OUTPUT "${labelled}" @ONLY CONTENT [[
+if(@name@_TESTS)
+    set_tests_properties(${@name@_TESTS} PROPERTIES LABELS "@labels@")
+endif()
+]])
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${labelled}")
 endfunction()
 
 # zelk_bench(wave LINKS zelk_wave): bench/waveBench.cpp as bench_wave.

@@ -188,6 +188,7 @@ void ClapPluginAdapter::flush(const clap_input_events* in, const clap_output_eve
         return;
     {
         const AudioThreadMark::Scope onAudioThread(processor->audioThread());
+        const RealtimeScope realtime;
         blockOffset = 0;
         eventIndex = 0;
         readEvents(in, 0);

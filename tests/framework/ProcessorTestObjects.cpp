@@ -8,7 +8,7 @@ class RecordingProcessor::Receiver final : public MidiMessageReceiver {
 public:
     explicit Receiver(RecordingProcessor& recorder) : owner(recorder) {}
     void receive(const MidiMessage& message) noexcept REALTIME override {
-        owner.log.push_back("midi " + std::to_string(message.status));
+        owner.record("midi ", message.status);
         // A controller moves the gain, as the product's own mapping does.
         if (message.status == 0xB0)
             owner.gain.setValue(static_cast<float>(message.data2) / 127.0f, silent);
@@ -39,9 +39,15 @@ std::unique_ptr<MidiMessageReceiver> RecordingProcessor::createMidiReceiver() {
     return std::make_unique<Receiver>(*this);
 }
 
+void RecordingProcessor::record(const char* what, std::int32_t number) noexcept REALTIME {
+    const RealtimePermit permit{"a test's log"};
+    log.push_back(what + std::to_string(number));
+}
+
 void RecordingProcessor::runGraph(std::span<const float*> graphOutputs, std::int32_t count) noexcept REALTIME {
-    log.push_back("run " + std::to_string(count));
+    record("run ", count);
     GenericPluginProcessor::runGraph(graphOutputs, count);
+    const RealtimePermit permit{"a test's latency is a vector that grows"};
     const auto wanted = static_cast<std::size_t>(latency());
     for (std::size_t channel = 0; channel < graphOutputs.size(); ++channel) {
         std::vector<float>& line = delayed[channel];
@@ -56,7 +62,7 @@ void RecordingProcessor::runGraph(std::span<const float*> graphOutputs, std::int
 }
 
 void RecordingProcessor::applyParameter(std::int32_t id) noexcept REALTIME {
-    log.push_back("apply " + std::to_string(id));
+    record("apply ", id);
     GenericPluginProcessor::applyParameter(id);
 }
 

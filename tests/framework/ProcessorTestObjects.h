@@ -39,6 +39,8 @@ protected:
 private:
     class Receiver;
 
+    void record(const char* what, std::int32_t number) noexcept REALTIME;
+
     std::vector<std::vector<float>> wet;
     std::vector<std::vector<float>> delayed; // what is still on its way through the graph's latency
 };
