@@ -5,15 +5,13 @@
 #include <cstddef>
 #include <numbers>
 
-namespace elliptic {
-
 namespace {
 
 constexpr std::size_t maxSteps = 16;
 
 } // namespace
 
-double completeIntegral(double parameter) noexcept {
+double completeEllipticIntegral(double parameter) noexcept {
     double a = 1.0;
     double b = std::sqrt(1.0 - parameter);
     double c = 1.0 - b;
@@ -28,7 +26,7 @@ double completeIntegral(double parameter) noexcept {
     return std::numbers::pi / 2.0 / a;
 }
 
-double inverseSc(double tangent, double parameter) noexcept {
+double inverseJacobiTangent(double tangent, double parameter) noexcept {
     constexpr double limit = 1.2e-7;
     double a = 1.0;
     double b = std::sqrt(1.0 - parameter);
@@ -46,7 +44,7 @@ double inverseSc(double tangent, double parameter) noexcept {
     return phi / (scale * a);
 }
 
-Amplitude amplitude(double u, double parameter) noexcept {
+JacobiFunctions jacobiFunctions(double u, double parameter) noexcept {
     constexpr double limit = 1e-8;
     std::array<double, maxSteps> ratios{}; // c / a of each step down
     double a = 1.0;
@@ -69,5 +67,3 @@ Amplitude amplitude(double u, double parameter) noexcept {
     const double sn = std::sin(angle);
     return {sn, std::cos(angle), std::sqrt(1.0 - parameter * sn * sn)};
 }
-
-} // namespace elliptic

@@ -3,16 +3,13 @@
 // Threads: any.
 #pragma once
 
-namespace elliptic {
-
-struct Amplitude {
+struct JacobiFunctions {
     double sn = 0.0;
     double cn = 1.0;
     double dn = 1.0;
 };
 
-double completeIntegral(double parameter) noexcept;          // K
-double inverseSc(double tangent, double parameter) noexcept; // the u whose sn / cn is the tangent, below K
-Amplitude amplitude(double u, double parameter) noexcept;
-
-} // namespace elliptic
+double completeEllipticIntegral(double parameter) noexcept; // K
+JacobiFunctions jacobiFunctions(double u, double parameter) noexcept;
+// The u below K at which sn / cn is the tangent.
+double inverseJacobiTangent(double tangent, double parameter) noexcept;

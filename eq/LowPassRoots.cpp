@@ -52,8 +52,8 @@ std::array<Root, 6> makeBrickwallRoots() {
     constexpr double complement = 0.9999999999942268;        // 1 - discrimination
     constexpr double inverseRipple = 13.161241296559476;     // 1 / sqrt(10^0.0025 - 1)
 
-    const double quarterPeriod = elliptic::completeIntegral(discrimination);
-    const double nome = std::exp(-std::numbers::pi * elliptic::completeIntegral(complement) / (order * quarterPeriod));
+    const double quarterPeriod = completeEllipticIntegral(discrimination);
+    const double nome = std::exp(-std::numbers::pi * completeEllipticIntegral(complement) / (order * quarterPeriod));
     double upper = 1.0;
     double lower = 1.0;
     for (int i = 1; i <= 6; ++i) {
@@ -62,14 +62,14 @@ std::array<Root, 6> makeBrickwallRoots() {
     }
     const double selectivity = 4.0 * std::sqrt(nome) * (upper / lower) * (upper / lower);
     const double k2 = selectivity * selectivity;
-    const double K1 = elliptic::completeIntegral(k2);
-    const double shift = elliptic::inverseSc(inverseRipple, complement) * K1 / (order * quarterPeriod);
-    const elliptic::Amplitude at = elliptic::amplitude(shift, 1.0 - k2);
+    const double K1 = completeEllipticIntegral(k2);
+    const double shift = inverseJacobiTangent(inverseRipple, complement) * K1 / (order * quarterPeriod);
+    const JacobiFunctions at = jacobiFunctions(shift, 1.0 - k2);
 
     std::array<Root, order / 2> roots{};
     for (std::size_t i = 0; i < roots.size(); ++i) {
         const double j = static_cast<double>(2 * i + 1);
-        const elliptic::Amplitude along = elliptic::amplitude(j * K1 / order, k2);
+        const JacobiFunctions along = jacobiFunctions(j * K1 / order, k2);
         const double scale = 1.0 / (1.0 - along.dn * along.dn * at.sn * at.sn);
         Root& root = roots[i];
         root.poleRe = -along.dn * along.cn * at.sn * at.cn * scale;
