@@ -110,6 +110,8 @@ public:
     }
 
 private:
+    using OwnedProperty<T>::change; // knows no limits
+
     T maximum;
     T minimum;
 };

@@ -47,7 +47,7 @@ void GenericPluginProcessor::BypassProcessor::process(const Buffers& buffers, st
     const auto samples = static_cast<std::int32_t>(count);
     const wave::BasicBlock<float>& mix = fade.read(samples);
     for (std::size_t channel = 0; channel < delays.size(); ++channel)
-        delays[channel]->write(buffers.inputs[channel] + position, samples);
+        delays[channel]->write(inputOf(channel, buffers, position), samples);
 
     const bool fullyBypassed = !waiting && mix.isConstant != 0 && nearlyEqual(mix.data()[0], 1.0f);
     const bool runs = !fullyBypassed && maySound(flags);
@@ -61,7 +61,7 @@ void GenericPluginProcessor::BypassProcessor::process(const Buffers& buffers, st
         flags &= ~outputSilent;
     } else {
         for (std::size_t channel = 0; channel < wet.size(); ++channel)
-            wet[channel] = buffers.inputs[channel] + position;
+            wet[channel] = inputOf(channel, buffers, position);
     }
     graphSkipped = !runs;
     owner.environment().runCycle(samples, graphSkipped);
@@ -101,12 +101,13 @@ bool GenericPluginProcessor::BypassProcessor::maySound(std::uint32_t flags) noex
     return tailSamples != 0;
 }
 
+const float* GenericPluginProcessor::BypassProcessor::inputOf(std::size_t channel, const Buffers& buffers,
+                                                              std::size_t position) const noexcept REALTIME {
+    return owner.isInstrument() ? owner.environment().zeroBlock.data() : buffers.inputs[channel] + position;
+}
+
 const float* GenericPluginProcessor::BypassProcessor::dryOf(std::size_t channel, const float* input, float* out,
                                                             std::size_t count) noexcept REALTIME {
-    if (owner.isInstrument()) {
-        std::fill_n(out, count, 0.0f);
-        return out;
-    }
     if (delays.empty())
         return input;
     delays[channel]->read(delayLength, out, static_cast<std::int32_t>(count));
@@ -127,7 +128,7 @@ void GenericPluginProcessor::BypassProcessor::writeOutputs(const Buffers& buffer
                 std::copy_n(wetSamples, count, out);
             continue;
         }
-        const float* const dry = dryOf(channel, buffers.inputs[channel] + position, out, count);
+        const float* const dry = dryOf(channel, inputOf(channel, buffers, position), out, count);
         if (fullyBypassed) {
             if (out != dry)
                 std::copy_n(dry, count, out);

@@ -35,7 +35,9 @@ private:
     bool maySound(std::uint32_t flags) noexcept REALTIME; // false: the input is silent and the tail is over
     void writeOutputs(const Buffers& buffers, std::size_t position, std::size_t count,
                       const wave::BasicBlock<float>& mix, bool fullyBypassed) noexcept REALTIME;
-    // Where the dry signal of the piece stands: the host's input, or out, into which the delay was read.
+    // The host's samples of the piece, at most a maximal block. An instrument has no input: silence.
+    const float* inputOf(std::size_t channel, const Buffers& buffers, std::size_t position) const noexcept REALTIME;
+    // Where the dry signal of the piece stands: the input, or out, into which the delay was read.
     const float* dryOf(std::size_t channel, const float* input, float* out, std::size_t count) noexcept REALTIME;
     static bool isSilent(const Buffers& buffers, std::size_t position, std::size_t count) noexcept REALTIME;
     float wantedFade() const noexcept REALTIME { return bypassed ? 1.0f : 0.0f; }

@@ -1,6 +1,7 @@
 #include "framework/GenericPluginProcessor.h"
 
 #include "base/FloatTolerance.h"
+#include "base/NotifyEvent.h"
 #include "framework/AbstractPluginParameter.h"
 #include "framework/BypassProcessor.h"
 #include "framework/ProcessorChannel.h"
@@ -23,6 +24,7 @@ GenericPluginProcessor::GenericPluginProcessor(int layoutIndex, std::size_t chan
     : changed(updates, nullptr), layoutNumber(layoutIndex), layoutChannels(channelsOfLayout) {}
 
 GenericPluginProcessor::~GenericPluginProcessor() {
+    channels.clear(); // they are producers of the graph, which is declared behind them and would die first
     const ScopedLock lock(processSection());
     if (initialized)
         --processorCount;
@@ -33,10 +35,11 @@ void GenericPluginProcessor::init() {
     if (processorCount++ == 0)
         initProcess();
     initialized = true;
-    graph.sampleRateChanged.add(this, &GenericPluginProcessor::sampleRateChanged);
+    // Before all components that listen.
+    graph.sampleRateChanged.setPrimary(std::make_unique<NotifyEvent::HandlerImpl0<GenericPluginProcessor>>(
+        this, &GenericPluginProcessor::sampleRateChanged));
     midiDecoder = createMidiReceiver();
     bypass = std::make_unique<BypassProcessor>(*this);
-    wetPointers.resize(layoutChannels);
     if (info.has(GenericPluginInfo::midiLearnQueue))
         learn = std::make_unique<LockFreeQueue<MidiMessage>>(learnMessages, learnMessages);
 }

@@ -152,7 +152,6 @@ private:
     LockFreeQueue<MidiMessage> midiQueue{1024};
     LockFreeQueue<Change> changeQueue{8192};
     std::unique_ptr<LockFreeQueue<MidiMessage>> learn;
-    std::vector<const float*> wetPointers;
 
     // A batch is never heard in part: applyChanges reads the state of the brackets before and after it reads this
     // count. When both are the same and none is open, none was open in between, so what was counted holds batches

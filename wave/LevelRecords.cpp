@@ -14,7 +14,7 @@ float magnitudeToDb(float magnitude) {
 
 } // namespace
 
-float LevelRecords::Settings::inputFloor() const noexcept {
+float LevelRecords::Settings::inputFloor() const noexcept REALTIME {
     if (outputDomain != LevelDomain::decibels || inputDomain == LevelDomain::decibels)
         return floor();
     return std::pow(10.0f, floor() / (inputDomain == LevelDomain::power ? 10.0f : 20.0f));

@@ -2,6 +2,7 @@
 // Threads: the reader of the meter.
 #pragma once
 
+#include "base/Realtime.h"
 #include "wave/LevelSource.h"
 
 #include <array>
@@ -27,9 +28,11 @@ public:
         float levelFall = 150.0f; // dB per second
         float sampleRate = 44100.0f;
 
-        bool largest() const noexcept { return detection == LevelSource::Detection::largest; }
-        float floor() const noexcept { return largest() ? minimum : maximum; } // what the meter shows of nothing
-        float inputFloor() const noexcept;                                     // the same in the input domain
+        bool largest() const noexcept REALTIME { return detection == LevelSource::Detection::largest; }
+        float floor() const noexcept REALTIME {
+            return largest() ? minimum : maximum;
+        }                                           // what the meter shows of nothing
+        float inputFloor() const noexcept REALTIME; // the same in the input domain
     };
 
     explicit LevelRecords(const Settings& initial) {

@@ -27,7 +27,8 @@ void PeakHold::reset() noexcept REALTIME {
 
 std::uint32_t PeakHold::windowSamples(float milliseconds) const noexcept REALTIME {
     const double samples = static_cast<double>(milliseconds) * static_cast<double>(environment.sampleRate) * 0.001;
-    return std::clamp(static_cast<std::uint32_t>(std::max(samples, 0.0)), 1u, mask + 1);
+    const double longest = static_cast<double>(mask) + 1.0;
+    return static_cast<std::uint32_t>(std::min(std::max(1.0, samples), longest)); // so put, a not-a-number reads as 1
 }
 
 float PeakHold::pushed(float value, std::uint32_t window) noexcept REALTIME {

@@ -138,6 +138,25 @@ TEST(BypassProcessor, SilenceStopsTheGraphAfterLatencyAndTailOnly) {
     EXPECT_EQ(processor.flags & GenericPluginProcessor::outputSilent, 0u);
 }
 
+TEST(BypassProcessor, AnInstrumentWithoutInputsIsSilentWhenBypassedAndAtRest) {
+    for (const std::int32_t latency : {0, 300}) {
+        RecordingProcessor processor;
+        processor.info.type = GenericPluginInfo::Type::instrument;
+        processor.useLatency(latency);
+        processor.tail = 100;
+        processor.reset();
+        setBypass(processor, true);
+        std::vector<float> sound(8192, -7.0f);
+        float* const outputs[] = {sound.data(), sound.data()};
+        for (const std::uint32_t silence : {0u, GenericPluginProcessor::inputSilent}) {
+            std::uint32_t flags = silence;
+            processor.process({{}, outputs}, sound.size(), flags);
+            EXPECT_EQ(sound, std::vector<float>(sound.size(), 0.0f));
+            sound.assign(sound.size(), -7.0f);
+        }
+    }
+}
+
 TEST(BypassProcessor, ADelayedDrySignalIsNotSilentUntilItHasPassed) {
     RecordingProcessor processor;
     processor.useLatency(300);
