@@ -67,10 +67,12 @@ std::size_t readWhole(std::string_view text, std::int64_t& value) {
     const std::string_view digits = withoutSign(text, negative);
     if (digits.empty() || !isDigit(digits[0]))
         return 0;
-    std::int64_t magnitude = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), magnitude);
+    // With the minus sign, so that the most negative number is read too.
+    const char* const first = negative ? text.data() : digits.data();
+    std::int64_t whole = 0;
+    const auto [end, error] = std::from_chars(first, digits.data() + digits.size(), whole);
     if (error != std::errc())
         return 0;
-    value = negative ? -magnitude : magnitude;
+    value = whole;
     return static_cast<std::size_t>(end - text.data());
 }
