@@ -3,6 +3,7 @@
 #include "base/FloatTolerance.h"
 #include "framework/AbstractPluginParameter.h"
 #include "framework/PluginInstances.h"
+#include "framework/PluginSettings.h"
 #include "platform/AsyncEventQueues.h"
 #include "platform/CriticalSections.h"
 
@@ -32,10 +33,17 @@ void GenericPlugin::init() {
     automated = std::make_unique<ParameterIdSet>(static_cast<std::size_t>(parameterCount()));
     const ScopedLock lock(processSection());
     PluginInstances& instances = PluginInstances::ofProcess();
-    if (instances.empty()) {
+    const bool first = instances.empty();
+    if (first) {
         instances.begin();
         createGlobals();
     }
+    ownSettings = createSettings();
+    if (first && !loadControllerMap())
+        loadDefaultControllerMap();
+    readSettings();
+    if (first && (sharedSettings().newVersion || !hasPresets()))
+        static_cast<void>(installFactoryPresets(sharedSettings().olderVersion)); // without them all works on
     instances.controllerMapping().changed.event.add(this, &GenericPlugin::controllerMapChanged);
     instances.add(*this);
     joined = true;
@@ -53,8 +61,16 @@ void GenericPlugin::end() {
     instances.remove(*this);
     if (instances.empty()) {
         destroyGlobals();
-        instances.end();
     }
+}
+
+void GenericPlugin::createGlobals() {
+    PluginInstances::ofProcess().setSettings(createSharedSettings());
+}
+
+void GenericPlugin::destroyGlobals() {
+    saveControllerMap();
+    PluginInstances::ofProcess().end();
 }
 
 ControllerMapping& GenericPlugin::controllerMapping() noexcept {
@@ -282,21 +298,6 @@ void GenericPlugin::takeName(std::string wanted) {
         PluginInstances::ofProcess().sortByName();
     }
     tellListener(eventInstanceNames, 0);
-}
-
-std::string_view GenericPlugin::defaultPresetName() const noexcept {
-    return info.type == GenericPluginInfo::Type::instrument ? "Default Sound" : "Default Setting";
-}
-
-void GenericPlugin::constrainSize(int& width, int& height) const noexcept {
-    int smallestWidth = 0;
-    int smallestHeight = 0;
-    for (const InterfaceSize& size : interfaceSizes()) {
-        smallestWidth = smallestWidth == 0 ? size.width : std::min(smallestWidth, size.width);
-        smallestHeight = smallestHeight == 0 ? size.height : std::min(smallestHeight, size.height);
-    }
-    width = std::max(width, smallestWidth);
-    height = std::max(height, smallestHeight);
 }
 
 // Names

@@ -14,6 +14,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <iosfwd>
 #include <map>
 #include <memory>
 #include <span>
@@ -21,6 +22,10 @@
 #include <string_view>
 #include <thread>
 #include <vector>
+
+class PluginSettings;
+class SettingSerializer;
+class SharedPluginSettings;
 
 class GenericPlugin : public GenericPluginBase, public MidiMessageReceiver {
 public:
@@ -47,6 +52,9 @@ public:
     protected:
         ~Listener() = default;
     };
+
+    using Settings = PluginSettings;
+    using SharedSettings = SharedPluginSettings;
 
     struct InterfaceSize {
         int width = 0;
@@ -110,13 +118,30 @@ public:
     std::int32_t instanceId();                     // given at the first question
     virtual bool sideChainSwitch() const noexcept { return true; } // opens the side chain port, with the capability
 
-    // Presets and what belongs to the state.
+    // Presets.
     CurrentPreset& currentPreset() noexcept { return preset; }
     ParameterCollection& interfaceCollection() noexcept { return interfaceParameters; } // stay when a preset loads
     virtual std::string_view presetExtension() const noexcept { return ".tvp"; }
     virtual std::string_view defaultPresetName() const noexcept;
+    // Replaces all values but those of the interface collection. The result is the error, empty when all went well;
+    // after an error name and path of the current preset stay.
+    std::string loadPresetFile(const std::string& path);
+    // compareLength: how many characters must differ from the present name, -1: all count.
+    virtual void setCurrentPresetName(std::string_view wanted, std::int32_t compareLength);
+
+    // The state that a host keeps: the parameters' block, then the product's own. False: failed, and reading has
+    // changed nothing of its block.
+    [[nodiscard]] bool writeParameterBlock(std::ostream& stream);
+    [[nodiscard]] bool readParameterBlock(std::istream& stream);
+    [[nodiscard]] virtual bool writeState(std::ostream&) { return true; }
+    [[nodiscard]] virtual bool readState(std::istream&) { return true; }
     std::map<std::string, std::string> customValues;
     std::vector<std::uint8_t> interfaceState;
+
+    // Settings.
+    Settings& settings() noexcept { return *ownSettings; }
+    SharedSettings& sharedSettings() noexcept; // of the process
+    std::string defaultPresetFolder();         // in the user's documents; empty: this user has none
 
     // Names.
     std::int32_t registerGroup(std::string_view groupName) override;
@@ -129,6 +154,12 @@ public:
     virtual bool canResize() const noexcept { return false; }
     virtual std::span<const InterfaceSize> interfaceSizes() const noexcept { return {}; }
     void constrainSize(int& width, int& height) const noexcept;
+    virtual int panelCount() const noexcept { return 0; }          // panels that open beside the main part
+    virtual int panelExtent(int, int) const noexcept { return 0; } // index; axis, 0: width, 1: height
+    virtual int interfaceWidth() const;                            // as the settings choose
+    virtual int interfaceHeight() const;
+    virtual int maxWidth() const; // of that and all of the table
+    virtual int maxHeight() const;
 
     ControllerMapping& controllerMapping() noexcept; // of the process
 
@@ -136,8 +167,27 @@ protected:
     // [main] Joins the instances of the process; the first makes what all share. The derived constructor calls it.
     void init();
     void end(); // the reverse; the derived destructor calls it
-    virtual void createGlobals() {}
-    virtual void destroyGlobals() {}
+
+    // What all instances share: made for the first instance and destroyed with the last, under processSection. A
+    // derived class calls its base first when it creates, and last when it destroys.
+    virtual void createGlobals();
+    virtual void destroyGlobals();
+    virtual std::unique_ptr<SharedSettings> createSharedSettings();
+    virtual std::unique_ptr<Settings> createSettings();
+
+    // The first instance's controller map, from its file; the last one's goes there.
+    virtual bool loadControllerMap() { return false; }
+    virtual void loadDefaultControllerMap() {}
+    virtual void saveControllerMap() {}
+
+    // Preset files, which the framework does not read itself.
+    virtual void presetFolderChanged(const std::string&) {}               // scans it; called once at the start too
+    virtual bool hasPresets() const { return true; }                      // in that folder
+    virtual bool installFactoryPresets(bool) { return true; }             // true: over files that stand there already
+    virtual std::string presetPath(std::string_view) const { return {}; } // of this name; empty: none
+    virtual std::string runPresetLoad(const std::string&);                // sets the values; the result is the error
+    virtual void loadInterfaceDefaults() {}
+    void loadDefaultPreset(); // the end of the derived class's construction
 
     virtual void afterParameterChange(std::int32_t) {}      // id, or -1 at the end of a batch
     virtual void loadProgram(std::int32_t, std::int32_t) {} // bank and program of a MIDI program change
@@ -152,6 +202,9 @@ private:
     void sendToAdapter(std::int32_t id);
     void noteChange(std::int32_t id, float value);
     void controllerMapChanged();
+    void readSettings();
+    void passSettings(SettingSerializer& serializer);
+    void recordVersion();
     void chooseName();
     void takeName(std::string wanted);
 
@@ -163,6 +216,7 @@ private:
     std::map<std::string, std::int32_t> aliasMap;
     std::unique_ptr<ParameterIdSet> automated;
     CurrentPreset preset;
+    std::unique_ptr<Settings> ownSettings;
     ParameterCollection interfaceParameters{this};
     std::atomic<Pending> pendingKind{Pending::nothing};
     std::int32_t pendingId = allValuesSmoothed;
@@ -174,4 +228,5 @@ private:
     std::string ownInstanceName;
     bool automaticName = true;
     bool joined = false;
+    bool initialLoad = false; // the default preset is being loaded
 };

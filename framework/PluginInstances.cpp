@@ -1,9 +1,11 @@
 #include "framework/PluginInstances.h"
 
 #include "framework/GenericPlugin.h"
+#include "framework/PluginSettings.h"
 #include "framework/TextHelpers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -20,6 +22,10 @@ bool comesBefore(std::string_view a, std::string_view b) {
 
 } // namespace
 
+PluginInstances::PluginInstances() = default;
+
+PluginInstances::~PluginInstances() = default;
+
 PluginInstances& PluginInstances::ofProcess() {
     static PluginInstances instances;
     return instances;
@@ -31,7 +37,18 @@ void PluginInstances::begin() {
 }
 
 void PluginInstances::end() {
+    while (!adopted.empty()) // a later object may use an earlier one
+        adopted.pop_back();
+    sharedSettings.reset();
     sharedMapping.reset();
+}
+
+void PluginInstances::setSettings(std::unique_ptr<SharedPluginSettings> made) {
+    sharedSettings = std::move(made);
+}
+
+void PluginInstances::adopt(std::unique_ptr<AdoptedObject> object) {
+    adopted.push_back(std::move(object));
 }
 
 void PluginInstances::add(GenericPlugin& instance) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "framework/ControllerMapping.h"
+#include "framework/GenericParameterOwner.h"
 
 #include <cstdint>
 #include <memory>
@@ -10,13 +11,16 @@
 #include <vector>
 
 class GenericPlugin;
+class SharedPluginSettings;
 
 class PluginInstances {
 public:
     static PluginInstances& ofProcess(); // lives as long as the library
+    PluginInstances(const PluginInstances&) = delete;
+    PluginInstances& operator=(const PluginInstances&) = delete;
 
     void begin(); // with the first instance: makes what all share
-    void end();   // with the last
+    void end();   // with the last: destroys it, the last made first
 
     void add(GenericPlugin& instance); // to the front
     void remove(GenericPlugin& instance);
@@ -28,8 +32,29 @@ public:
     std::int32_t nextId() noexcept { return nextInstanceId++; }
     ControllerMapping& controllerMapping() noexcept { return *sharedMapping; }
 
+    void setSettings(std::unique_ptr<SharedPluginSettings> made);
+    SharedPluginSettings& settings() noexcept { return *sharedSettings; }
+
+    // What all share and the framework does not know. It goes with the last instance.
+    void adopt(std::unique_ptr<AdoptedObject> object);
+    template <typename T>
+    T* shared() const noexcept; // the adopted object of this class; null: none
+
 private:
+    PluginInstances();
+    ~PluginInstances();
+
     std::vector<GenericPlugin*> instances; // not owned
     std::unique_ptr<ControllerMapping> sharedMapping;
+    std::unique_ptr<SharedPluginSettings> sharedSettings;
+    std::vector<std::unique_ptr<AdoptedObject>> adopted;
     std::int32_t nextInstanceId = 0;
 };
+
+template <typename T>
+T* PluginInstances::shared() const noexcept {
+    for (const std::unique_ptr<AdoptedObject>& object : adopted)
+        if (T* const wanted = dynamic_cast<T*>(object.get()); wanted != nullptr)
+            return wanted;
+    return nullptr;
+}

@@ -3,12 +3,14 @@
 #include "host/ClapExtensions.h"
 #include "host/ClapGuard.h"
 #include "host/ClapPorts.h"
+#include "host/ClapState.h"
 #include "platform/CriticalSections.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <sstream>
 #include <utility>
 
 namespace {
@@ -247,6 +249,36 @@ void ClapPluginAdapter::stateChanged(std::int32_t kind) {
         host.requestFlush();
     }
     host.markDirty();
+}
+
+bool ClapPluginAdapter::saveState(const clap_ostream& stream) {
+    std::ostringstream bytes;
+    return plugin->writeParameterBlock(bytes) && plugin->writeState(bytes) && writeClapStream(stream, bytes.str());
+}
+
+bool ClapPluginAdapter::loadState(const clap_istream& stream) {
+    std::string bytes;
+    if (!readClapStream(stream, bytes))
+        return false;
+    std::istringstream source(bytes);
+    if (!plugin->readParameterBlock(source))
+        return false;
+    {
+        const ScopedLock guard(*lock);
+        pushAllParameters(GenericPlugin::allValuesAtOnce); // silently: the host gave these values
+    }
+    const bool whole = plugin->readState(source);
+    host.rescanValues();
+    return whole;
+}
+
+bool ClapPluginAdapter::loadPreset(const char* path) {
+    const std::string error = plugin->loadPresetFile(path);
+    if (error.empty())
+        host.presetLoaded(path);
+    else
+        host.presetFailed(path, error.c_str());
+    return error.empty();
 }
 
 void ClapPluginAdapter::trackChanged() {

@@ -45,6 +45,9 @@ public:
     std::int32_t tail() const noexcept { return tailLength; } // samples, -1: for ever
     bool isActive() const noexcept { return active; }
     bool selectLayout(int layout); // false: the instance is active
+    bool saveState(const clap_ostream& stream);
+    bool loadState(const clap_istream& stream);
+    bool loadPreset(const char* path);
     void trackChanged();
 
     // What the halves call.

@@ -1,7 +1,9 @@
 #include "framework/zelk/ZelkParameters.h"
 
 #include "base/ReleaseAssert.h"
+#include "framework/zelk/BandPlacement.h"
 #include "framework/zelk/EQParameterShapes.h"
+#include "framework/zelk/KernelSizes.h"
 #include "framework/zelk/ParameterHints.h"
 
 namespace {
@@ -72,4 +74,15 @@ void ZelkParameters::initParameters() {
     soloGain.setAutomatable(false);
 
     extensions.init();
+}
+
+std::int32_t ZelkParameters::latencyAt(double sampleRate) const noexcept REALTIME {
+    return processingLatency(processingMode.get(), processingResolution.get(), sampleRate, chainLayout(bands).count());
+}
+
+bool ZelkParameters::movesLatency(std::int32_t id) const noexcept REALTIME {
+    if (id == -1 || id == processingMode.id() || id == processingResolution.id() || anyBandUsed(bands))
+        return true;
+    const std::int32_t band = bands.setIndexForId(id);
+    return band >= 0 && id == bands.set(band).stereoPlacement.id();
 }

@@ -3,6 +3,7 @@
 // Threads: as those of parameters.
 #pragma once
 
+#include "base/Realtime.h"
 #include "eq/ProcessingTypes.h"
 #include "framework/FloatPluginParameter.h"
 #include "framework/GenericPluginBase.h"
@@ -29,6 +30,11 @@ public:
     // Ranges, defaults, names of values, hints; then all values equal their defaults and nobody was told. The end of
     // the owner's construction.
     void initParameters();
+
+    // [any] Samples by which the graph delays the signal with these values, and whether a change of this id (-1: of
+    // many) can alter that.
+    std::int32_t latencyAt(double sampleRate) const noexcept REALTIME;
+    bool movesLatency(std::int32_t id) const noexcept REALTIME;
 
     EQParameterSetArray bands;
     IndexedPluginParameter<ProcessingMode> processingMode{base, "Processing Mode"};

@@ -10,6 +10,13 @@ ZelkPlugin::ZelkPlugin() : ZelkParameters(*static_cast<GenericPluginBase*>(this)
     init();
     initParameters();
     analyzer.addParametersTo(interfaceCollection());
+    updateLatency();
+    loadDefaultPreset();
+    // A preset may name an instance whose spectrum to show; who runs now is somebody else.
+    if (analyzer.externalSpectrum.get() >= 0) {
+        analyzer.externalSpectrum.setValue(static_cast<float>(externalSpectrumOff), 0);
+        currentPreset().setModified(false);
+    }
 }
 
 ZelkPlugin::~ZelkPlugin() {
@@ -18,4 +25,21 @@ ZelkPlugin::~ZelkPlugin() {
 
 std::span<const GenericPlugin::InterfaceSize> ZelkPlugin::interfaceSizes() const noexcept {
     return sizes;
+}
+
+std::unique_ptr<GenericPlugin::SharedSettings> ZelkPlugin::createSharedSettings() {
+    return std::make_unique<ZelkSharedSettings>(info.version());
+}
+
+std::unique_ptr<GenericPlugin::Settings> ZelkPlugin::createSettings() {
+    return std::make_unique<ZelkSettings>(*this);
+}
+
+void ZelkPlugin::afterParameterChange(std::int32_t id) {
+    if (movesLatency(id))
+        storeLatency(latencyAt(static_cast<double>(sampleRate())), false);
+}
+
+void ZelkPlugin::updateLatency() {
+    storeLatency(latencyAt(static_cast<double>(sampleRate())), true);
 }

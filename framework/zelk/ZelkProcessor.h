@@ -5,6 +5,10 @@
 #include "framework/GenericPluginProcessor.h"
 #include "framework/chl/Layouts.h"
 #include "framework/zelk/ZelkParameters.h"
+#include "wave/DelayFilter.h"
+
+#include <memory>
+#include <vector>
 
 class ZelkProcessor final : public GenericPluginProcessor, public ZelkParameters {
 public:
@@ -12,4 +16,16 @@ public:
     ~ZelkProcessor() override;
 
     std::int32_t silenceTail() const noexcept REALTIME override { return 8192; }
+
+protected:
+    void beforeChange(std::int32_t id) noexcept override;
+    void runGraph(std::span<const float*> outputs, std::int32_t count) noexcept REALTIME override;
+    void sampleRateChanged() override;
+
+private:
+    void updateDelays() noexcept REALTIME;
+    void renewLatency() noexcept REALTIME;
+
+    std::vector<std::unique_ptr<wave::DelayFilter>> delays; // one a channel, none without latency
+    std::int32_t delayLength = 0;
 };
