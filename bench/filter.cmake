@@ -1,0 +1,1 @@
+zelk_bench(filter LINKS zelk_eq)

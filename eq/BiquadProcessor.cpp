@@ -1,0 +1,258 @@
+#include "eq/BiquadProcessor.h"
+
+#include "base/ReleaseAssert.h"
+#include "wave/Environment.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr float fadeSeconds = 0.02f;
+constexpr std::size_t rowLength = BiquadSection::rowLength;
+static_assert(rowLength == sectionLength, "the design fills what the kernels read");
+constexpr std::size_t memoryLength = BiquadSection::memoryLength;
+
+std::size_t mostRuns(const wave::Environment& environment, std::int32_t granularity) {
+    release_assert(granularity > 0);
+    return static_cast<std::size_t>(environment.getMaxBlockSize() / granularity);
+}
+
+} // namespace
+
+BiquadProcessor::BiquadProcessor(wave::Environment& owner, std::size_t sections, std::int32_t granularity)
+    : BiquadProcessor(
+          owner, sections,
+          std::make_unique<Queues>(Queues{CoefficientQueue<double>(mostRuns(owner, granularity), sections * rowLength),
+                                          CoefficientQueue<float>(mostRuns(owner, granularity), 1)})) {}
+
+BiquadProcessor::BiquadProcessor(wave::Environment& owner, std::size_t sections, std::unique_ptr<Queues> queues)
+    : environment(owner)
+    , ownQueues(std::move(queues))
+    , rows(&ownQueues->rows)
+    , scales(&ownQueues->scales)
+    , memory(static_cast<std::int32_t>(sections * memoryLength)) {
+    release_assert(sections > 0 && sections <= maxSections);
+}
+
+BiquadProcessor::BiquadProcessor(wave::Environment& owner, std::size_t sections, BiquadProcessor& queueOwner)
+    : environment(owner)
+    , rows(queueOwner.rows)
+    , scales(queueOwner.scales)
+    , memory(static_cast<std::int32_t>(sections * memoryLength)) {
+    release_assert(sections > 0 && sections * rowLength <= rows->getLongestRow());
+}
+
+BiquadProcessor::~BiquadProcessor() {
+    link(nullptr);
+}
+
+void BiquadProcessor::setEnabled(bool wanted) noexcept REALTIME {
+    if (wanted == enabled)
+        return;
+    switchTo(wanted);
+    if (partner != nullptr)
+        partner->switchTo(wanted);
+}
+
+void BiquadProcessor::switchTo(bool wanted) noexcept REALTIME {
+    if (wanted == enabled)
+        return;
+    enabled = wanted;
+    mixTarget = wanted ? 1.0f : 0.0f;
+    const bool unheard = environment.position == environment.lastResetPosition;
+    rampCount = unheard ? 0 : static_cast<std::int32_t>(fadeSeconds * environment.sampleRate);
+    if (rampCount > 0)
+        rampStep = (mixTarget - mix) / static_cast<float>(rampCount);
+    else
+        mix = mixTarget;
+    stamp = std::max(stamp, environment.position);
+}
+
+void BiquadProcessor::setForm(SectionForm wanted, const double* rowsInUse) noexcept REALTIME {
+    changeForm(wanted, rowsInUse);
+    if (partner != nullptr)
+        partner->changeForm(wanted, rowsInUse);
+}
+
+void BiquadProcessor::changeForm(SectionForm wanted, const double* rowsInUse) noexcept REALTIME {
+    if (wanted == form)
+        return;
+    if (pendingReset == PendingReset::none)
+        for (std::size_t s = 0; s < sectionCount; ++s)
+            convertSectionMemory(form, rowsInUse + s * rowLength, memoryOf(s));
+    form = wanted;
+}
+
+void BiquadProcessor::link(BiquadProcessor* other) noexcept REALTIME {
+    if (partner != nullptr)
+        partner->partner = nullptr;
+    partner = other;
+    if (other != nullptr)
+        other->partner = this;
+}
+
+void BiquadProcessor::requestReset() noexcept REALTIME {
+    if (pendingReset == PendingReset::none)
+        pendingReset = PendingReset::soft;
+}
+
+void BiquadProcessor::reset() noexcept REALTIME {
+    pendingReset = PendingReset::hard;
+    rampCount = 0;
+    mix = mixTarget;
+}
+
+void BiquadProcessor::setSectionCount(std::size_t wanted) noexcept REALTIME {
+    sectionCount = std::min(wanted, static_cast<std::size_t>(memory.getCapacity()) / memoryLength);
+    rows->setRowLength(sectionCount * rowLength);
+    if (partner != nullptr)
+        partner->sectionCount = sectionCount;
+}
+
+void BiquadProcessor::beginBlock(const wave::BasicBlock<float>& inputBlock, wave::BasicBlock<float>& ownBlock,
+                                 std::int32_t count) noexcept REALTIME {
+    const std::uint64_t position = environment.position;
+    std::int32_t skipped = rampCount;
+    if (stamp > environment.lastResetPosition) {
+        const std::uint64_t unheard = position > stamp ? position - stamp : 0;
+        skipped = static_cast<std::int32_t>(std::min(unheard, static_cast<std::uint64_t>(rampCount)));
+    }
+    rampCount -= skipped;
+    mix = rampCount > 0 ? mix + static_cast<float>(skipped) * rampStep : mixTarget;
+
+    input = result = &inputBlock;
+    own = &ownBlock;
+    samplePosition = 0;
+    stamp = position + static_cast<std::uint64_t>(count);
+}
+
+void BiquadProcessor::enqueue(std::int32_t count, const double* row, float scale) noexcept REALTIME {
+    rows->enqueue(count, row);
+    scales->enqueue(count, &scale);
+}
+
+void BiquadProcessor::process(std::int32_t count) noexcept REALTIME {
+    if (isOff() || scales->holdsOnly(0.0f)) {
+        passThrough(count);
+        if (partner != nullptr)
+            partner->passThrough(count);
+    } else {
+        moveToOwnBlock();
+        fillMemory();
+        if (partner != nullptr) {
+            partner->moveToOwnBlock();
+            partner->fillMemory();
+        }
+        runSections();
+        mixWithDry();
+    }
+    samplePosition += count;
+    if (partner != nullptr)
+        partner->samplePosition += count;
+    rows->restart();
+    scales->restart();
+}
+
+void BiquadProcessor::passThrough(std::int32_t count) noexcept REALTIME {
+    requestReset();
+    if (inputGain != nullptr)
+        moveToOwnBlock();
+    if (result != own)
+        return;
+    const float* const in = input->data();
+    float* const out = own->data();
+    const std::int32_t end = samplePosition + count;
+    if (inputGain == nullptr)
+        std::copy(in + samplePosition, in + end, out + samplePosition);
+    else
+        for (std::int32_t i = samplePosition; i < end; ++i)
+            out[i] = in[i] * inputGain[i];
+}
+
+void BiquadProcessor::moveToOwnBlock() noexcept REALTIME {
+    if (result == own)
+        return;
+    std::copy_n(input->data(), samplePosition, own->data());
+    own->isConstant = 0;
+    result = own;
+}
+
+void BiquadProcessor::fillMemory() noexcept REALTIME {
+    if (pendingReset == PendingReset::none)
+        return;
+    const bool follow = resetMode.get() == ResetMode::resetFollowInput && pendingReset == PendingReset::soft &&
+                        form == SectionForm::direct;
+    const double value = follow ? static_cast<double>((*input)[samplePosition]) : 0.0;
+    std::fill_n(memory.data(), sectionCount * memoryLength, value);
+    pendingReset = PendingReset::none;
+}
+
+void BiquadProcessor::runSections() noexcept REALTIME {
+    std::array<BiquadSection, maxSections> sections;
+    for (std::size_t s = 0; s < sectionCount; ++s)
+        sections[s] = {rows->front() + s * rowLength,
+                       {memoryOf(s), partner != nullptr ? partner->memoryOf(s) : nullptr}};
+    const std::span<const std::uint32_t> runs = rows->runLengths();
+    BiquadPass pass{.sections = sections.data(),
+                    .sectionCount = sectionCount,
+                    .runLengths = runs.data(),
+                    .runCount = runs.size(),
+                    .rowStride = rows->getRowLength(),
+                    .input = {input->data() + samplePosition, nullptr},
+                    .output = {own->data() + samplePosition, nullptr}};
+    if (partner != nullptr) {
+        pass.input[1] = partner->input->data() + samplePosition;
+        pass.output[1] = partner->own->data() + samplePosition;
+    }
+    const BiquadKernels& kernels = biquadKernels();
+    const BiquadKernel* const kernel = form == SectionForm::direct ? kernels.direct : kernels.stateVariable;
+    kernel[partner != nullptr ? 1 : 0](pass);
+}
+
+void BiquadProcessor::mixWithDry() noexcept REALTIME {
+    if (isFullyOn() && scales->holdsOnly(1.0f))
+        return;
+    const std::span<const std::uint32_t> runs = scales->runLengths();
+    std::int32_t begin = samplePosition;
+    for (std::size_t r = 0; r < runs.size(); ++r) {
+        const double scale = static_cast<double>(*scales->row(r));
+        auto left = static_cast<std::int32_t>(runs[r]);
+        const std::int32_t ramped = std::min(left, rampCount);
+        if (ramped > 0) {
+            blend(begin, ramped, scale * static_cast<double>(mix), scale * static_cast<double>(rampStep));
+            rampCount -= ramped;
+            mix = rampCount > 0 ? mix + static_cast<float>(ramped) * rampStep : mixTarget;
+            begin += ramped;
+            left -= ramped;
+        }
+        blend(begin, left, scale * static_cast<double>(mix), 0.0);
+        begin += left;
+    }
+    if (partner != nullptr) {
+        partner->rampCount = rampCount;
+        partner->mix = mix;
+    }
+}
+
+// Both channels of a pair, share rising by step with each sample.
+void BiquadProcessor::blend(std::int32_t begin, std::int32_t count, double share, double step) noexcept REALTIME {
+    if (count <= 0 || (share == 1.0 && step == 0.0))
+        return;
+    for (const BiquadProcessor* const each :
+         {static_cast<const BiquadProcessor*>(this), static_cast<const BiquadProcessor*>(partner)}) {
+        if (each == nullptr)
+            continue;
+        const float* const in = each->input->data() + begin;
+        const float* const gain = each->inputGain != nullptr ? each->inputGain + begin : nullptr;
+        float* const out = each->own->data() + begin;
+        for (std::int32_t i = 0; i < count; ++i) {
+            const double dry = static_cast<double>(gain != nullptr ? in[i] * gain[i] : in[i]);
+            const double now = share + static_cast<double>(i) * step;
+            out[i] = static_cast<float>(dry + (static_cast<double>(out[i]) - dry) * now);
+        }
+    }
+}
+
+double* BiquadProcessor::memoryOf(std::size_t section) noexcept REALTIME {
+    return memory.data() + section * memoryLength;
+}

@@ -1,0 +1,15 @@
+// What running sections are asked for: to change their form in the middle of a sound, and what they sound like.
+// Threads: any.
+#pragma once
+
+#include "eq/SectionCoefficients.h"
+
+#include <complex>
+#include <cstddef>
+
+// Turns a section's memory into that of the other form, so that the output goes on without a step. `row` is that of the
+// section in its old form.
+void convertSectionMemory(SectionForm oldForm, const double* row, double* memory) noexcept REALTIME;
+
+// Of direct rows, one behind the other, at w radians per sample. A section with a pole just there is left out.
+std::complex<double> cascadeResponse(const double* rows, std::size_t sectionCount, double w) noexcept REALTIME;
