@@ -1,0 +1,1 @@
+zelk_bench(wave LINKS zelk_wave)
