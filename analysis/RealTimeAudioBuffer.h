@@ -70,8 +70,8 @@ private:
     bool stopWhenFull = true;
     std::vector<std::unique_ptr<Measurement>> measurements;
 
-    std::vector<AlignedBuffer<float>> groups; // only ever added to, within what the constructor reserved
-    LockFreeQueue<std::int32_t> freeQueue{1024};    // of groups; 1024 is far more than there ever are
+    std::vector<AlignedBuffer<float>> groups;    // only ever added to, within what the constructor reserved
+    LockFreeQueue<std::int32_t> freeQueue{1024}; // of groups; 1024 is far more than there ever are
     LockFreeQueue<std::int32_t> filledQueue{1024};
     std::atomic<std::uint32_t> pauses{0}; // who finds `overflowed` also sees all groups that were filled before it
 
