@@ -10,6 +10,14 @@
 #include <cmath>
 #include <sstream>
 
+namespace {
+
+// What no analysis gives is cut to what sums and curves can bear.
+constexpr float lowestStored = -1000.0f; // dB
+constexpr float highestStored = 200.0f;
+
+} // namespace
+
 bool SpectrumPresenter::saveSpectrum(const std::string& path) const {
     if (frame.fftSize == 0 || entries.empty())
         return false;
@@ -56,6 +64,7 @@ bool SpectrumPresenter::loadSpectrum(BinaryDataReader& reader) {
                             : *at;
             next = bin + 1;
         }
+        level = std::clamp(level, lowestStored, highestStored);
         entry.shown = level;
         entry.value = accumulate ? dbToMagnitude(level - tiltAt(entry.column)) * static_cast<float>(frames) : level;
     }

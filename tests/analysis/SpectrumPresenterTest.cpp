@@ -1,0 +1,249 @@
+#include "analysis/SpectrumPresenter.h"
+#include "analysis/RealTimeFrequencyAnalyzer.h"
+#include "tests/analysis/AnalysisTestObjects.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t size = 2048;
+constexpr double tick = 10.0; // ms
+
+struct Picture {
+    explicit Picture(std::uint32_t columns = 1000) {
+        presenter.setSource(&spectrum);
+        presenter.columnCount = columns;
+        presenter.attackFactor = 0.0f;
+        presenter.update(0.0);
+    }
+
+    void run(double ms) {
+        for (; ms > 0.0; ms -= tick) {
+            testTicks += static_cast<std::uint32_t>(tick);
+            presenter.update(tick);
+        }
+    }
+    void show(float db) {
+        spectrum.show(std::pow(10.0f, db / 20.0f));
+        presenter.update(tick);
+    }
+    float at(std::size_t column) const { return presenter.columns()[column]; }
+
+    FixedSpectrum spectrum{size};
+    SpectrumPresenter presenter{testTimer()};
+};
+
+TEST(SpectrumPresenter, AFullScaleSineStandsAtZeroDbInItsColumnAtEveryResolution) {
+    for (const std::int32_t fftSize : {1024, 2048, 4096, 8192}) {
+        const double bin = std::round(0.05 * fftSize);
+        SignalSource source(sine(bin / fftSize));
+        RealTimeFrequencyAnalyzer analyzer(1, 8192, 8192, 120.0f, testTimer());
+        analyzer.fftSize = fftSize;
+        analyzer.measurement(0).connect(&source);
+        SpectrumPresenter presenter(testTimer());
+        presenter.columnCount = 800;
+        presenter.setSource(&analyzer.measurement(0));
+        for (int look = 0; look < 100; ++look) {
+            source.deliver(8);
+            presenter.update(46.0);
+        }
+        const auto columns = presenter.columns();
+        const auto highest = std::max_element(columns.begin(), columns.end());
+        EXPECT_NEAR(*highest, 0.0f, 0.05f) << fftSize;
+        const double f = std::exp2(4.321928 + static_cast<double>(highest - columns.begin()) / 799.0 * 9.965784);
+        EXPECT_NEAR(f, bin / fftSize * 44100.0, 44100.0 / fftSize + 0.01 * f) << "within a bin and a column";
+    }
+}
+
+TEST(SpectrumPresenter, FallsToATenthInTheReleaseTimeAndRisesByTheAttack) {
+    for (const float seconds : {8.0f, 4.0f, 2.0f, 1.0f, 0.5f}) {
+        Picture picture;
+        picture.presenter.releaseTime = seconds;
+        picture.show(0.0f);
+        EXPECT_NEAR(picture.at(500), 0.0f, 0.001f) << "without attack it rises at once";
+        picture.show(-100.0f);
+        picture.run(1000.0 * static_cast<double>(seconds) - tick);
+        EXPECT_NEAR(picture.at(500), -54.0f, 0.05f) << seconds;
+    }
+    Picture slow;
+    slow.presenter.attackFactor = 0.1f; // 100 ms at this size and rate
+    slow.spectrum.show(1.0f);
+    slow.run(100.0);
+    EXPECT_NEAR(slow.at(500), -6.0f, 0.02f) << "nine tenths of the rise from -60 dB";
+}
+
+TEST(SpectrumPresenter, FallsAwayOnceNoSpectrumHasComeForTheTimeout) {
+    Picture picture;
+    picture.show(0.0f);
+    const std::uint32_t begin = testTicks;
+    while (picture.at(500) > -0.001f && testTicks - begin < 2000) {
+        ++testTicks;
+        picture.presenter.update(1.0);
+    }
+    EXPECT_EQ(testTicks - begin, 559u);
+    picture.run(4000.0);
+    EXPECT_LT(picture.at(500), -59.0f);
+    Picture held;
+    held.show(0.0f);
+    held.presenter.running = false;
+    held.spectrum.show(0.001f);
+    held.run(3000.0);
+    EXPECT_NEAR(held.at(500), 0.0f, 0.001f) << "it neither falls silent nor takes the new spectrum";
+}
+
+TEST(SpectrumPresenter, TiltTurnsThePictureAroundOneKilohertz) {
+    for (const float tilt : {1.5f, 6.0f}) {
+        Picture picture;
+        picture.presenter.tilt = tilt;
+        picture.presenter.smoothing = 1;
+        picture.presenter.floorDb = -90.0f;
+        picture.show(-20.0f);
+        const double columnsPerOctave = 999.0 / 9.965784;
+        const double pivot = (9.965784 - 4.321928) * columnsPerOctave;
+        for (const double octaves : {-2.0, 0.0, 1.0, 4.0})
+            EXPECT_NEAR(picture.at(static_cast<std::size_t>(pivot + octaves * columnsPerOctave)),
+                        -20.0 + static_cast<double>(tilt) * octaves, 0.07)
+                << tilt << " dB, " << octaves;
+    }
+}
+
+TEST(SpectrumPresenter, FreezeStopsWhatFallsAfter350MsAndLetsItGoWithinASecond) {
+    Picture picture;
+    picture.presenter.releaseTime = 0.5f;
+    picture.show(0.0f);
+    picture.presenter.freeze = true;
+    picture.run(350.0);
+    picture.show(-100.0f);
+    picture.run(500.0);
+    EXPECT_NEAR(picture.at(500), 0.0f, 0.001f);
+    picture.show(6.0f);
+    EXPECT_NEAR(picture.at(500), 6.0f, 0.001f) << "it still rises";
+    picture.show(-100.0f);
+    picture.presenter.freeze = false;
+    picture.run(500.0);
+    const float half = picture.at(500);
+    EXPECT_LT(half, -5.0f);
+    picture.run(500.0);
+    const float whole = picture.at(500);
+    picture.run(500.0);
+    EXPECT_NEAR((picture.at(500) + 60.0f) / (whole + 60.0f), 0.1f, 0.002f) << "the whole release is back";
+}
+
+TEST(SpectrumPresenter, TheFocusHoldsWhatLiesWithinTwentyColumnsOfIt) {
+    for (const bool falling : {true, false}) {
+        Picture picture;
+        picture.presenter.smoothing = 1;
+        picture.presenter.focusColumn = 600;
+        picture.presenter.attackFactor = falling ? 0.0f : 1.0f;
+        (falling ? picture.presenter.releaseFreeze : picture.presenter.attackFreeze) = 1.0f;
+        picture.spectrum.show(1.0f);
+        if (falling) {
+            picture.presenter.update(tick);
+            picture.spectrum.show(1e-6f);
+        }
+        picture.run(500.0);
+        const float start = falling ? 0.0f : -60.0f;
+        const float moved = std::fabs(picture.at(400) - start);
+        EXPECT_GT(moved, 10.0f);
+        EXPECT_EQ(picture.at(590), start);
+        EXPECT_NEAR(picture.at(619), start, 0.01f);
+        EXPECT_NEAR(std::fabs(picture.at(725) - start), moved, 0.001f);
+        const float between = std::fabs(picture.at(680) - start);
+        EXPECT_GT(between, 1.0f);
+        EXPECT_LT(between, moved - 1.0f);
+    }
+}
+
+TEST(SpectrumPresenter, AccumulateShowsTheMeanAndGrowsInOverHalfASecond) {
+    Picture picture;
+    picture.presenter.accumulate = true;
+    for (int frame = 0; frame < 5; ++frame)
+        picture.show(0.0f);
+    EXPECT_EQ(picture.presenter.frameCount(), 5);
+    EXPECT_NEAR(picture.at(500), toDb(2.0f * 2048.0f * 5.0f / 44100.0f), 0.01f);
+    for (int frame = 0; frame < 45; ++frame)
+        picture.show(frame % 2 == 0 ? -200.0f : 0.0f);
+    EXPECT_EQ(picture.presenter.frameCount(), 27) << "silence is no part of it";
+    EXPECT_NEAR(picture.at(500), 0.0f, 0.01f);
+    picture.show(toDb(28.0f + 1.0f)); // the mean of 27 ones and this one is 2
+    EXPECT_NEAR(picture.at(500), 6.02f, 0.01f);
+    picture.run(2000.0);
+    EXPECT_NEAR(picture.at(500), 6.02f, 0.01f) << "it neither moves nor falls silent by time";
+    picture.presenter.reset();
+    for (int frame = 0; frame < 20; ++frame)
+        picture.show(-200.0f);
+    EXPECT_EQ(picture.presenter.frameCount(), 0);
+}
+
+TEST(SpectrumPresenter, KeepsItsPictureThroughAChangeOfWidthSizeRangeAndRate) {
+    Picture picture;
+    picture.presenter.smoothing = 1;
+    picture.show(-10.0f);
+    const auto change = [&](auto act) {
+        act(picture.presenter);
+        picture.presenter.update(0.0);
+        EXPECT_NEAR(picture.at(picture.presenter.columns().size() / 2), -10.0f, 0.001f);
+    };
+    change([](SpectrumPresenter& each) { each.columnCount = 617; });
+    change([](SpectrumPresenter& each) { each.minLog2Frequency = 6.0f; });
+    change([](SpectrumPresenter& each) { each.sampleRate = 96000.0f; });
+    picture.spectrum.resize(8192);
+    change([](SpectrumPresenter&) {});
+    picture.run(1000.0); // silent: what is gone is not brought back
+    picture.presenter.columnCount = 400;
+    picture.presenter.update(0.0);
+    EXPECT_EQ(picture.at(200), -60.0f);
+}
+
+TEST(SpectrumPresenter, ShowsTheFloorWhereItHasNothingToShow) {
+    for (const std::uint32_t columns : {0u, 1u, 2u, 3u}) {
+        Picture picture(columns);
+        picture.show(0.0f);
+        ASSERT_EQ(picture.presenter.columns().size(), columns);
+        for (const float column : picture.presenter.columns())
+            EXPECT_EQ(column, -60.0f) << columns;
+    }
+    Picture high;
+    high.presenter.sampleRate = 16000.0f; // columns above 8 kHz have no bin
+    high.show(0.0f);
+    EXPECT_EQ(high.at(999), -60.0f);
+    Picture broken;
+    broken.spectrum.show(std::nanf(""));
+    broken.presenter.update(tick);
+    broken.spectrum.show(INFINITY);
+    broken.presenter.update(tick);
+    broken.spectrum.show(0.0f);
+    broken.presenter.releaseTime = 0.0f;
+    broken.presenter.update(tick);
+    EXPECT_EQ(broken.at(500), -60.0f) << "a broken source leaves no trace";
+}
+
+TEST(SpectrumPresenter, SmoothingKeepsTheHeightOfALonePeakAndNeverLeavesItsNeighbours) {
+    for (const std::int32_t width : {1, 2, 3, 5, 16}) {
+        Picture picture(200);
+        picture.presenter.smoothing = width;
+        picture.spectrum.magnitudes[900] = 1.0f;
+        picture.spectrum.frames++;
+        picture.presenter.update(tick);
+        const auto columns = picture.presenter.columns();
+        EXPECT_NEAR(*std::max_element(columns.begin(), columns.end()), 0.0f, 0.001f) << width;
+        EXPECT_GE(*std::min_element(columns.begin(), columns.end()), -60.001f) << "the cubic does not overshoot";
+        const auto wide = std::count_if(columns.begin(), columns.end(), [](float each) { return each > -59.9f; });
+        EXPECT_LE(wide, 2 * width + 2);
+    }
+    struct Dip final : SpectrumPresenter::SubtractiveCurve {
+        float db(std::int32_t column) const override { return column > 500 ? -12.0f : 0.0f; }
+    } dip;
+    Picture picture;
+    picture.presenter.addCurve(dip);
+    picture.show(0.0f);
+    EXPECT_NEAR(picture.at(700), -12.0f, 0.001f);
+    EXPECT_NEAR(picture.at(300), 0.0f, 0.001f);
+    picture.presenter.removeCurve(dip);
+    picture.presenter.update(0.0);
+    EXPECT_NEAR(picture.at(700), 0.0f, 0.001f);
+}
+
+} // namespace
