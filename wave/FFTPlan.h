@@ -17,7 +17,7 @@ enum class FFTWindow : std::int32_t { hann = 1, hamming = 2, kaiser = 3 };
 // The transform of N real samples is that of N/2 complex ones, pairs of neighbours, and one stage that takes the two
 // interleaved spectra apart. The stages of the complex part are of radix 8, where the size allows, and autosorting:
 // each reads one array and writes the other in the order that the next one wants, so that nothing is ever bit-reversed.
-class FFTPlan : private PropertyOwner {
+class FFTPlan final : private PropertyOwner {
 public:
     static constexpr std::int32_t smallestSize = 32;
 
