@@ -1,0 +1,44 @@
+// Convolves one channel with a long kernel that may change, at a constant cost in every block.
+// Threads: audio; construction and destruction with the audio excluded.
+#pragma once
+
+#include "base/Realtime.h"
+#include "wave/BasicBlock.h"
+#include "wave/Delay.h"
+#include "wave/Filter.h"
+
+#include <cstdint>
+#include <memory>
+
+class ConvolverLevel;
+
+// Overlap-save in partitions of equal size, on levels: the deepest level has the smallest partitions and the
+// beginning of the kernel, each level above it 8 times larger ones and the part that follows. A level collects one
+// hop of samples, transforms and multiplies it while the next hop comes in, and sounds in the hop after that. The work
+// is cut into small tasks that are spread over the hop.
+//
+// A new kernel enters by a linear crossfade between two complete convolutions, at the same samples on all levels.
+class Convolver final : public wave::Filter {
+public:
+    class Configuration; // sizes: ConvolverConfiguration.h
+    class Kernel;        // what is convolved with: ConvolverKernel.h
+    class Slot;          // one state of it
+    class UpdateTask;    // a step of its making
+
+    // One convolver reads a kernel; connecting another one takes it over. The kernel and its configuration stay where
+    // they are as long as the convolver is used.
+    Convolver(wave::Environment& owner, Kernel& kernel);
+    ~Convolver() override;
+
+    void filter(const wave::BasicBlock<float>& inputBlock, wave::BasicBlock<float>& outputBlock, std::int32_t count,
+                std::uint32_t mode) noexcept REALTIME override;
+
+    std::int32_t getLatency() const noexcept REALTIME; // samples, on top of the delay in the kernel itself
+
+private:
+    Kernel& kernel;
+    std::unique_ptr<wave::Delay> inputDelay; // with several levels: what all but the deepest of them read
+    wave::BasicBlock<float> delayedBlock;
+    std::unique_ptr<ConvolverLevel> top;
+    std::uint64_t nextPosition = 0;
+};

@@ -1,0 +1,204 @@
+#include "eq/ConvolverLevel.h"
+
+#include <algorithm>
+
+ConvolverLevel::ConvolverLevel(wave::Environment& owner, const Convolver::Configuration& wanted,
+                               Convolver::Kernel* topKernel, std::int32_t first)
+    : environment(owner)
+    , configuration(wanted)
+    , kernel(topKernel)
+    , firstPartition(static_cast<std::size_t>(first))
+    , hop(wanted.getHop())
+    , scratch(wanted.getPlan().getSize())
+    , previousHop(hop)
+    , crossfadeBuffer(owner)
+    , activePartitions(wanted.getActivePartitions()) {
+    const FFTPlan& plan = configuration.getPlan();
+    for (std::int32_t count = configuration.getPartitionCount() + 1; count > 0; --count)
+        inputBlocks.push_back(std::make_unique<FFTBlock>(plan, scratch));
+    for (std::unique_ptr<FFTBlock>& block : outputBlocks)
+        block = std::make_unique<FFTBlock>(plan, scratch);
+    scheduler.setPeriod(hop);
+    scheduler.add(inputTask);
+    for (FFTCalculateInverseTask& inverseTask : inverseTasks) {
+        for (std::int32_t partition = 0; partition < configuration.getPartitionCount(); ++partition) {
+            multiplyTasks.push_back(std::make_unique<FFTMultiplyTask>());
+            multiplyTasks.back()->accumulate = partition > 0;
+            scheduler.add(*multiplyTasks.back());
+        }
+        scheduler.add(inverseTask);
+    }
+    if (configuration.getChild() != nullptr)
+        child = std::make_unique<ConvolverLevel>(owner, *configuration.getChild(), nullptr,
+                                                 first + configuration.getPartitionCount());
+}
+
+void ConvolverLevel::Reading::set(Convolver::Slot* wanted) noexcept REALTIME {
+    if (wanted != nullptr)
+        ++wanted->readers;
+    if (slot != nullptr)
+        --slot->readers;
+    slot = wanted;
+}
+
+void ConvolverLevel::reset(std::int32_t offset) noexcept REALTIME {
+    clear();
+    hopBoundary(offset);
+}
+
+void ConvolverLevel::clear() noexcept REALTIME {
+    if (child != nullptr)
+        child->clear();
+    scheduler.stop();
+    filledHops = 0;
+    positionInHop = 0;
+    crossfadePending = 0;
+    crossfadeLeft = 0;
+    current.set(nullptr);
+    outgoing.set(nullptr);
+    pending.set(nullptr);
+}
+
+bool ConvolverLevel::partitionsChanged() noexcept REALTIME {
+    bool changed = activePartitions != configuration.getActivePartitions();
+    activePartitions = configuration.getActivePartitions();
+    if (child != nullptr && child->partitionsChanged())
+        changed = true;
+    return changed;
+}
+
+void ConvolverLevel::process(const float* input, const float* delayed, float* output,
+                             std::int32_t count) noexcept REALTIME {
+    if (partitionsChanged())
+        reset(0);
+    process(input, delayed, output, count, 0);
+}
+
+void ConvolverLevel::process(const float* input, const float* delayed, float* output, std::int32_t count,
+                             std::int32_t offset) noexcept REALTIME {
+    for (std::int32_t done = 0; done < count;) {
+        const std::int32_t span = std::min(count - done, hop - positionInHop);
+        if (configuration.getPartitionCount() > 0)
+            collect((child != nullptr ? delayed : input) + done, span);
+        if (child != nullptr)
+            child->process(input + done, delayed + done, output + done, span, offset + done);
+        else
+            std::fill_n(output + done, span, 0.0f);
+        addOutput(output + done, span);
+        done += span;
+        positionInHop += span;
+        if (positionInHop < hop)
+            continue;
+        ringPosition = (ringPosition + 1) % inputBlocks.size();
+        pingPong ^= 1;
+        filledHops = std::min(filledHops + 1, activePartitions + 2);
+        hopBoundary(offset + done);
+    }
+}
+
+// A block is the hop before and the present one.
+void ConvolverLevel::collect(const float* samples, std::int32_t count) noexcept REALTIME {
+    float* const block = inputBlocks[(ringPosition + 1) % inputBlocks.size()]->data();
+    float* const previous = previousHop.data() + positionInHop;
+    if (filledHops > 0)
+        std::copy_n(previous, count, block + positionInHop);
+    else
+        std::fill_n(block + positionInHop, count, 0.0f);
+    std::copy_n(samples, count, block + hop + positionInHop);
+    std::copy_n(samples, count, previous);
+    if (filledHops > 0)
+        scheduler.advance(count);
+}
+
+void ConvolverLevel::addOutput(float* output, std::int32_t count) noexcept REALTIME {
+    if (filledHops < 2)
+        return;
+    const FFTBlock& made = *outputBlocks[1 - pingPong];
+    const std::int32_t place = hop + positionInHop;
+    const std::int32_t fading = std::min(crossfadeLeft, count);
+    if (fading > 0) {
+        float* const old = crossfadeBuffer.data();
+        outputBlocks[3 - pingPong]->readScaled(place, old, fading);
+        const float scale = configuration.getPlan().getScale();
+        const float* const fresh = made.data() + place;
+        const double step = (1.0 - crossfadePosition) / crossfadeLeft;
+        for (std::int32_t index = 0; index < fading; ++index) {
+            const auto share = static_cast<float>(crossfadePosition + step * index);
+            output[index] += old[index] + (fresh[index] * scale - old[index]) * share;
+        }
+        crossfadePosition += step * fading;
+        crossfadeLeft -= fading;
+    }
+    made.addScaled(place + fading, output + fading, count - fading);
+}
+
+void ConvolverLevel::hopBoundary(std::int32_t offset) noexcept REALTIME {
+    if (kernel != nullptr)
+        kernel->hopBoundary(offset);
+    if (crossfadeLeft == 0 && crossfadePending > 0) {
+        crossfadeLeft = crossfadePending;
+        crossfadePosition = 0.0;
+    }
+    positionInHop = 0;
+    crossfadePending = std::max(crossfadePending - hop, 0);
+    if (crossfadePending == 0)
+        outgoing.set(nullptr);
+    if (kernel != nullptr) {
+        if (crossfadePending == 0)
+            setKernel(kernel->getNewest());
+    } else if (pending.get() != nullptr) {
+        if (pendingCountdown == 1) {
+            setKernel(*pending.get());
+            pending.set(nullptr);
+        } else {
+            --pendingCountdown;
+        }
+    }
+    if (current.get() != nullptr)
+        arrangeTasks();
+}
+
+void ConvolverLevel::setKernel(Convolver::Slot& slot) noexcept REALTIME {
+    if (&slot == current.get())
+        return;
+    if (filledHops > 1) {
+        outgoing.set(current.get());
+        if (outgoing.get() != nullptr)
+            crossfadePending = configuration.crossfadeSamples(environment.sampleRate);
+    }
+    current.set(&slot);
+    if (child == nullptr)
+        return;
+    if (outgoing.get() != nullptr) {
+        child->pending.set(&slot);
+        child->pendingCountdown = hop / child->hop - 1;
+    } else {
+        child->setKernel(slot);
+        child->arrangeTasks();
+    }
+}
+
+void ConvolverLevel::arrangeTasks() noexcept REALTIME {
+    inputTask.block = inputBlocks[ringPosition].get();
+    arrangeSet(0, current.get());
+    arrangeSet(1, crossfadePending > 0 ? outgoing.get() : nullptr);
+    scheduler.reset();
+}
+
+// The work of one kernel, or none.
+void ConvolverLevel::arrangeSet(std::size_t set, Convolver::Slot* slot) noexcept REALTIME {
+    FFTBlock* const output = outputBlocks[2 * set + pingPong].get();
+    const std::size_t count = inputBlocks.size() - 1;
+    const auto used = static_cast<std::size_t>(std::min(filledHops, activePartitions));
+    for (std::size_t partition = 0; partition < count; ++partition) {
+        FFTMultiplyTask& task = *multiplyTasks[set * count + partition];
+        task.enabled = slot != nullptr && partition < used;
+        if (!task.enabled)
+            continue;
+        task.block = output;
+        task.input = inputBlocks[(ringPosition + inputBlocks.size() - partition) % inputBlocks.size()].get();
+        task.kernel = slot->partitions[firstPartition + partition].get();
+    }
+    inverseTasks[set].enabled = slot != nullptr && used > 0;
+    inverseTasks[set].block = output;
+}
