@@ -20,9 +20,11 @@ void writeRow(const Fitted& fit, double atZero, SectionRow row, SectionForm form
         const double n = 1.0 / (fit.E + 1.0 + fit.R);
         row[0] = (fit.F + fit.r + fit.P) * n;
         row[1] = -2.0 * (fit.r - fit.F) * n;
-        row[2] = (fit.r - fit.P + fit.F) * n;
         row[3] = -2.0 * (1.0 - fit.E) * n;
-        row[4] = (fit.E + 1.0 - fit.R) * n;
+        // Both sums at DC are small differences of large numbers: the last number of each takes up the rounding of the
+        // others, which keeps low bands in tune.
+        row[2] = 4.0 * fit.F * n - (row[0] + row[1]);
+        row[4] = 4.0 * fit.E * n - (1.0 + row[3]);
         return;
     }
     const double g = std::sqrt(fit.E);

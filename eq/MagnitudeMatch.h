@@ -1,17 +1,10 @@
 // Digital sections that follow the magnitude of analog ones up to the top of the spectrum, without the cramping of a
 // transform: each is fitted to the analog power at DC, at Nyquist and at three points between.
-// Threads: any; pure but for the prototype, whose caches may be renewed.
+// Threads: any; pure but for the section, whose cache may be renewed.
 #pragma once
 
+#include "eq/MatchPoints.h"
 #include "eq/SectionCoefficients.h"
-
-// Radians per sample. The power at `top` is what the digital section has at Nyquist; 0 stands for Nyquist itself.
-struct MatchPoints {
-    double a = 0.0;
-    double b = 0.0;
-    double c = 0.0;
-    double top = 0.0;
-};
 
 enum class SectionFit {
     matched,
@@ -19,7 +12,6 @@ enum class SectionFit {
     held,     // its poles had to be held inside the unit circle
 };
 
-MatchPoints matchPoints(AnalogFilterPrototype& prototype, std::size_t sectionIndex) noexcept REALTIME;
-
+// Always finite and stable; points that cannot be met cost accuracy only.
 SectionFit fitSection(BiquadPrototype& section, const MatchPoints& points, SectionRow row,
                       SectionForm form) noexcept REALTIME;

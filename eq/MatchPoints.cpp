@@ -1,6 +1,4 @@
-// Where analog and digital sections meet. The constants are an empirical choice, tuned by shape, Q and the place of the
-// band so that the fit stays stable everywhere and close where ears are sharp.
-#include "eq/MagnitudeMatch.h"
+#include "eq/MatchPoints.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +10,8 @@ using Shape = AnalogFilterPrototype::Shape;
 
 constexpr double pi = std::numbers::pi;
 
-// What all the rules start from, and the points that they move.
+// What all the rules start from, and the points that they move. The constants of the rules are empirical: by shape, Q
+// and place of the band they keep the fit stable everywhere and close where ears are sharp.
 struct Search {
     double w0;
     double inverseQ;

@@ -29,9 +29,10 @@ void bilinearDirect(const BiquadPrototype& section, double k, SectionRow row) no
     const double n = 1.0 / (section.a2 + a0 + a1);
     row[0] = (section.b2 + b0 + b1) * n;
     row[1] = 2.0 * (b0 - section.b2) * n;
-    row[2] = (section.b2 + b0 - b1) * n;
     row[3] = 2.0 * (a0 - section.a2) * n;
-    row[4] = (section.a2 + a0 - a1) * n;
+    // (b2 + b0 - b1) n and (a2 + a0 - a1) n, so that both sums at DC keep their digits
+    row[2] = 4.0 * b0 * n - (row[0] + row[1]);
+    row[4] = 4.0 * a0 * n - (1.0 + row[3]);
 }
 
 void bilinearStateVariable(const BiquadPrototype& section, double k, SectionRow row) noexcept REALTIME {

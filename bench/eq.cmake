@@ -1,0 +1,5 @@
+zelk_bench(eq LINKS zelk_eq)
+
+# Not a speed but a precision: prints the tables of docs/filter-accuracy.md.
+add_executable(eqAccuracy eqAccuracy.cpp)
+target_link_libraries(eqAccuracy PRIVATE zelk_eq zelk_test_support)
