@@ -14,7 +14,7 @@ public:
     public:
         explicit Scope(AudioThreadMark& marked) noexcept REALTIME
             : mark(marked),
-              before(marked.thread.exchange(std::this_thread::get_id(), std::memory_order_relaxed)) {}
+              before(marked.thread.exchange(thisThread(), std::memory_order_relaxed)) {}
         ~Scope() { mark.thread.store(before, std::memory_order_relaxed); }
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
@@ -25,10 +25,14 @@ public:
     };
 
     bool isCurrent() const noexcept REALTIME { // [any]
-        return thread.load(std::memory_order_relaxed) == std::this_thread::get_id();
+        return thread.load(std::memory_order_relaxed) == thisThread();
     }
 
 private:
+    static std::thread::id thisThread() noexcept REALTIME {
+        return trustedRealtime([] { return std::this_thread::get_id(); });
+    }
+
     // A thread finds its own id here only if it wrote it itself, so no order with other threads is needed.
     std::atomic<std::thread::id> thread{};
 };

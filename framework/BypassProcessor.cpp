@@ -31,11 +31,13 @@ void GenericPluginProcessor::BypassProcessor::updateDelays() noexcept REALTIME {
     if (owner.latency() == delayLength)
         return;
     const RealtimePermit permit{"dry delay replaced"};
-    delays.clear();
-    delayLength = owner.latency();
-    if (delayLength > 0)
-        for (std::size_t channel = 0; channel < owner.channelCount(); ++channel)
-            delays.push_back(std::make_unique<wave::Delay>(owner.environment(), delayLength));
+    trustedRealtime([this] {
+        delays.clear();
+        delayLength = owner.latency();
+        if (delayLength > 0)
+            for (std::size_t channel = 0; channel < owner.channelCount(); ++channel)
+                delays.push_back(std::make_unique<wave::Delay>(owner.environment(), delayLength));
+    });
 }
 
 void GenericPluginProcessor::BypassProcessor::process(const Buffers& buffers, std::size_t position, std::size_t count,

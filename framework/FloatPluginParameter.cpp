@@ -9,6 +9,15 @@
 #include <algorithm>
 #include <cmath>
 
+namespace {
+
+// The shapes are pure functions of their argument.
+double shaped(ParameterTextFormat::Shape shape, double x) noexcept REALTIME {
+    return trustedRealtime([&] { return shape(x); });
+}
+
+} // namespace
+
 FloatPluginParameter::FloatPluginParameter(GenericParameterOwner* listener, std::string_view literal)
     : TypedPluginParameter<float>(listener, Kind::continuous, literal) {}
 
@@ -35,19 +44,23 @@ void FloatPluginParameter::setLinearDisplay() noexcept {
 }
 
 float FloatPluginParameter::valueFromUnit(double unitValue) const noexcept REALTIME {
-    return valueFromDisplay((textFormat.unitToDisplay(unitValue) - textFormat.displayOffset) / textFormat.displayScale);
+    return valueFromDisplay((shaped(textFormat.unitToDisplay, unitValue) - textFormat.displayOffset) /
+                            textFormat.displayScale);
 }
 
 float FloatPluginParameter::valueFromDisplay(double display) const noexcept REALTIME {
-    return static_cast<float>(textFormat.shapedToValue((display - textFormat.shapedOffset) / textFormat.shapedScale));
+    return static_cast<float>(
+        shaped(textFormat.shapedToValue, (display - textFormat.shapedOffset) / textFormat.shapedScale));
 }
 
 double FloatPluginParameter::unitFromValue(float value) const noexcept REALTIME {
-    return textFormat.displayToUnit(displayFromValue(value) * textFormat.displayScale + textFormat.displayOffset);
+    return shaped(textFormat.displayToUnit,
+                  displayFromValue(value) * textFormat.displayScale + textFormat.displayOffset);
 }
 
 double FloatPluginParameter::displayFromValue(float value) const noexcept REALTIME {
-    return textFormat.valueToShaped(static_cast<double>(value)) * textFormat.shapedScale + textFormat.shapedOffset;
+    return shaped(textFormat.valueToShaped, static_cast<double>(value)) * textFormat.shapedScale +
+           textFormat.shapedOffset;
 }
 
 double FloatPluginParameter::normalize(float value) const noexcept REALTIME {

@@ -207,7 +207,8 @@ void GenericPlugin::sendToAdapter(std::int32_t id) {
 // What the audio thread moved
 
 void GenericPlugin::automate(std::int32_t id, float value) noexcept REALTIME {
-    parameter(id).setValue(value, silent | unheard);
+    // Unheard, so that it stores and does nothing else.
+    trustedRealtime([&] { parameter(id).setValue(value, silent | unheard); });
     followProcessor(id);
 }
 
@@ -229,8 +230,9 @@ void GenericPlugin::takeAutomation() {
 }
 
 void GenericPlugin::receive(const MidiMessage& message) noexcept REALTIME {
+    // A receiver may stand on the audio thread, but this one is called on the main thread.
     if (adapter != nullptr)
-        adapter->sendMidiToProcessor(message);
+        trustedRealtime([&] { adapter->sendMidiToProcessor(message); });
 }
 
 // Latency

@@ -29,7 +29,7 @@ std::int32_t GenericPluginBase::registerGroup(std::string_view) {
     return 0;
 }
 
-std::int32_t GenericPluginBase::changeDepth() const noexcept {
+std::int32_t GenericPluginBase::changeDepth() const noexcept REALTIME {
     return static_cast<std::int32_t>(bracketState() & openBrackets);
 }
 

@@ -33,8 +33,10 @@ public:
 
     void beginChange() noexcept override;
     void endChange() noexcept override;
-    std::int32_t parameterCount() const noexcept override { return collection->count(); }
-    AbstractPluginParameter& parameter(std::int32_t index) const noexcept override { return collection->at(index); }
+    std::int32_t parameterCount() const noexcept REALTIME override { return collection->count(); }
+    AbstractPluginParameter& parameter(std::int32_t index) const noexcept REALTIME override {
+        return collection->at(index);
+    }
     std::int32_t groupIndex() const noexcept override { return 0; }
     std::string_view groupName() const noexcept override { return {}; }
     std::int32_t registerParameter(AbstractPluginParameter& parameter) override;
@@ -42,7 +44,7 @@ public:
     std::int32_t registerGroup(std::string_view name) override;
 
     ParameterCollection& parameters() const noexcept { return *collection; }
-    std::int32_t changeDepth() const noexcept; // [any] 0: no bracket is open
+    std::int32_t changeDepth() const noexcept REALTIME; // [any] 0: no bracket is open
 
     GenericPluginInfo info;
     SourceCounts sourceCounts;
@@ -54,7 +56,7 @@ protected:
 
     // [any] Changes with every bracket that begins or ends. Two equal states with no bracket open enclose a time in
     // which none was.
-    std::uint32_t bracketState() const noexcept { return brackets.load(); }
+    std::uint32_t bracketState() const noexcept REALTIME { return brackets.load(); }
     std::int32_t leaveChange() noexcept; // [any] the depth that is left; 0 also when no bracket was open
 
 private:

@@ -198,7 +198,8 @@ void GenericPluginProcessor::applyChanges() noexcept REALTIME {
     if (changeDepth() != 0 || bracketState() != before)
         return; // a batch is under way: the next span takes it whole
     if (resync || pushed != takenChanges) {
-        const UpdatedObject::Hold hold(updates);
+        // What listens to the audio side keeps its rules.
+        trustedRealtime([this] { updates.beginHold(); });
         Change change{};
         std::int32_t strongest = 0; // of the jumps and resets that a resynchronisation finds in the queue
         while (takenChanges != pushed && changeQueue.pop(change)) {
@@ -212,7 +213,10 @@ void GenericPluginProcessor::applyChanges() noexcept REALTIME {
             resyncWanted.exchange(false); // a change that fails from here on raises it again
             resynchronize(strongest);
         }
-        changed.trigger();
+        trustedRealtime([this] {
+            changed.trigger();
+            updates.endHold();
+        });
     }
     latencySamples = wantedLatency.load(std::memory_order_relaxed);
 }
@@ -223,7 +227,7 @@ void GenericPluginProcessor::applyChange(const Change& change) noexcept REALTIME
     } else if (change.id == resetId) {
         graph.resetAll();
     } else {
-        parameter(change.id).notifyListeners(change.value);
+        trustedRealtime([&] { parameter(change.id).notifyListeners(change.value); });
         applyParameter(change.id);
     }
 }
@@ -233,7 +237,7 @@ void GenericPluginProcessor::resynchronize(std::int32_t strongest) noexcept REAL
     if (strongest < 0)
         applyChange({strongest, 0.0f});
     for (std::int32_t id = 0; id < parameterCount(); ++id) {
-        parameter(id).notifyListeners(parameter(id).value());
+        trustedRealtime([&] { parameter(id).notifyListeners(parameter(id).value()); });
         applyParameter(id);
     }
 }

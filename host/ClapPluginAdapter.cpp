@@ -145,9 +145,9 @@ void ClapPluginAdapter::readTransport(const clap_event_transport* transport) noe
 std::uint32_t ClapPluginAdapter::readEvents(const clap_input_events* list, std::uint32_t frames) noexcept REALTIME {
     if (list == nullptr || list->size == nullptr || list->get == nullptr)
         return frames;
-    const std::uint32_t count = list->size(list);
+    const std::uint32_t count = trustedRealtime([&] { return list->size(list); });
     for (; eventIndex < count; ++eventIndex) {
-        const clap_event_header* const header = list->get(list, eventIndex);
+        const clap_event_header* const header = trustedRealtime([&] { return list->get(list, eventIndex); });
         if (header == nullptr || header->space_id != CLAP_CORE_EVENT_SPACE_ID)
             continue;
         if (header->type != CLAP_EVENT_PARAM_VALUE) {
@@ -217,14 +217,14 @@ void ClapPluginAdapter::flushOutputEvents(const clap_output_events* out) noexcep
         return;
     OutputEvent event{};
     while (outputEvents.pop(event))
-        out->try_push(out, &event.header); // a refused event is not tried again
+        trustedRealtime([&] { return out->try_push(out, &event.header); }); // a refused event is not tried again
 }
 
 // The main thread
 
 void ClapPluginAdapter::requestDrain() noexcept REALTIME {
     if (!callbackAsked.exchange(true) && clapHost.request_callback != nullptr)
-        clapHost.request_callback(&clapHost);
+        trustedRealtime([this] { clapHost.request_callback(&clapHost); });
 }
 
 void ClapPluginAdapter::onMainThread() {

@@ -104,7 +104,8 @@ void UnifiedPluginAdapter::automate(std::int32_t id, float value) noexcept REALT
     if (id < 0 || id >= plugin->parameterCount() || !std::isfinite(value))
         return;
     plugin->automate(id, value);
-    processor->parameter(id).setValue(value, GenericParameterOwner::silent);
+    // The audio side is the owner that hears of it.
+    trustedRealtime([&] { processor->parameter(id).setValue(value, GenericParameterOwner::silent); });
 }
 
 void UnifiedPluginAdapter::programChange(std::int32_t bank, std::int32_t program) noexcept REALTIME {

@@ -67,7 +67,7 @@ void Environment::insertScheduled(Producer& producer) noexcept REALTIME {
         ++headCount;
     else
         place = producer.schedule == Producer::Schedule::middle ? headCount : std::ssize(scheduledList);
-    scheduledList.insert(scheduledList.begin() + place, &producer);
+    trustedRealtime([&] { scheduledList.insert(scheduledList.begin() + place, &producer); }); // it has the room
     if (place <= walkIndex)
         ++walkIndex;
 }
@@ -85,7 +85,7 @@ void Environment::removeScheduled(const Producer& producer) noexcept REALTIME {
 }
 
 void Environment::insertResettable(Producer& producer) noexcept REALTIME {
-    resetList.push_back(&producer);
+    trustedRealtime([&] { resetList.push_back(&producer); }); // it has the room
 }
 
 void Environment::removeResettable(const Producer& producer) noexcept REALTIME {

@@ -11,7 +11,7 @@ public:
         owner.record("midi ", message.status);
         // A controller moves the gain, as the product's own mapping does.
         if (message.status == 0xB0)
-            owner.gain.setValue(static_cast<float>(message.data2) / 127.0f, silent);
+            trustedRealtime([&] { owner.gain.setValue(static_cast<float>(message.data2) / 127.0f, silent); });
     }
 
 private:
@@ -41,7 +41,7 @@ std::unique_ptr<MidiMessageReceiver> RecordingProcessor::createMidiReceiver() {
 
 void RecordingProcessor::record(const char* what, std::int32_t number) noexcept REALTIME {
     const RealtimePermit permit{"a test's log"};
-    log.push_back(what + std::to_string(number));
+    trustedRealtime([&] { log.push_back(what + std::to_string(number)); });
 }
 
 void RecordingProcessor::runGraph(std::span<const float*> graphOutputs, std::int32_t count) noexcept REALTIME {
@@ -51,9 +51,11 @@ void RecordingProcessor::runGraph(std::span<const float*> graphOutputs, std::int
     const auto wanted = static_cast<std::size_t>(latency());
     for (std::size_t channel = 0; channel < graphOutputs.size(); ++channel) {
         std::vector<float>& line = delayed[channel];
-        if (line.size() != wanted)
-            line.assign(wanted, 0.0f);
-        line.insert(line.end(), graphOutputs[channel], graphOutputs[channel] + count);
+        trustedRealtime([&] {
+            if (line.size() != wanted)
+                line.assign(wanted, 0.0f);
+            line.insert(line.end(), graphOutputs[channel], graphOutputs[channel] + count);
+        });
         for (std::int32_t i = 0; i < count; ++i)
             wet[channel][static_cast<std::size_t>(i)] = line[static_cast<std::size_t>(i)] * graphGain;
         line.erase(line.begin(), line.begin() + count);
