@@ -1,0 +1,164 @@
+#include "analysis/EQMatchEngine.h"
+#include "analysis/Decibels.h"
+#include "tests/support/MatchTargets.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace {
+
+template <typename Engine>
+void run(Engine& engine, const std::vector<float>& curve, float sampleRate = match::rate) {
+    engine.minFrequency = 10.0f;
+    engine.maxFrequency = 30000.0f;
+    engine.minLog2Frequency = static_cast<float>(std::log2(match::lowestHz));
+    engine.maxLog2Frequency = static_cast<float>(std::log2(match::highestHz));
+    engine.prepare(curve, sampleRate);
+    engine.run();
+}
+
+double dbOf(const AnalogFilterPrototype& band) {
+    return 20.0 * std::log10(static_cast<double>(band.gain));
+}
+
+// What it is worth over more curves, and what it costs, is told by bench_eqmatch.
+TEST(EQMatchEngine, MeetsCurvesOfBellsAndRandomCurves) {
+    for (std::uint32_t seed = 1; seed <= 3; ++seed) {
+        EQMatchEngine engine;
+        const auto errorAfter = [&](const std::vector<float>& curve, std::size_t bands) {
+            run(engine, curve);
+            EXPECT_LE(engine.evaluationCount(), 30000);
+            return match::errorBehind(curve, engine.bands().first(std::min(bands, engine.bands().size())));
+        };
+        EXPECT_LT(errorAfter(match::bellCurve(seed, 1), 1), 0.005) << seed;
+        EXPECT_EQ(engine.significantBandCount(), 1) << seed;
+        EXPECT_LT(errorAfter(match::bellCurve(seed, 3), 8), 0.5) << seed;
+        EXPECT_LT(errorAfter(match::bellCurve(seed, 8), 24), 0.4) << seed;
+        EXPECT_LT(errorAfter(match::smoothCurve(seed, 1.0), 24), 0.5) << seed;
+    }
+}
+
+TEST(EQMatchEngine, EveryBandMakesItBetterAndTheOrderIsThatOfTheChoice) {
+    const std::vector<float> curve = match::smoothCurve(5, 0.5);
+    EQMatchEngine engine;
+    run(engine, curve);
+    ASSERT_EQ(engine.bands().size(), 24u);
+    double before = match::errorBehind(curve, {});
+    for (std::size_t count = 1; count <= 24; ++count) {
+        const double error = match::errorBehind(curve, engine.bands().first(count));
+        EXPECT_LT(error, before) << count;
+        before = error;
+    }
+}
+
+TEST(EQMatchEngine, NothingLevelAndWholeOffsetsStartAsTold) {
+    EQMatchEngine engine;
+    for (const std::size_t count : {0u, 1u, 2u, 1000u}) {
+        run(engine, std::vector<float>(count, 0.0f));
+        EXPECT_TRUE(engine.bands().empty()) << count;
+        EXPECT_EQ(engine.significantBandCount(), 0);
+    }
+    engine.maxBands = 1;
+    for (const float level : {0.9f, 3.0f, -5.9f}) {
+        run(engine, std::vector<float>(1000, level));
+        ASSERT_EQ(engine.bands().size(), level == 0.9f ? 0u : 1u) << "an end of 1 dB is enough for a shelf";
+        if (level != 0.9f) {
+            EXPECT_EQ(engine.bands()[0].shape, FilterShape::highShelf) << "on a tie the high end counts";
+            EXPECT_NEAR(dbOf(engine.bands()[0]), static_cast<double>(level), 0.001);
+        }
+    }
+    engine.maxBands = 0;
+    run(engine, std::vector<float>(1000, 3.0f));
+    EXPECT_TRUE(engine.bands().empty());
+}
+
+TEST(EQMatchEngine, TriesCutsFromAnEndOfMinusSixDbOnAndOnlyWhatIsAllowed) {
+    struct Recording final : EQMatchEngine {
+        bool allowBand(FilterShape shape, std::int32_t order) const override {
+            asked.insert({shape, order});
+            return shape != FilterShape::bell && shape != FilterShape::lowShelf;
+        }
+        mutable std::set<std::pair<FilterShape, std::int32_t>> asked;
+    };
+    for (const auto& [low, cuts] : {std::pair{-6.0f, 6u}, {-5.999f, 0u}}) {
+        Recording engine;
+        engine.maxBands = 1;
+        std::vector<float> curve(1000, 0.0f);
+        std::fill_n(curve.begin(), 200, low);
+        run(engine, curve);
+        std::size_t highPasses = 0;
+        for (const auto& [shape, order] : engine.asked)
+            highPasses += shape == FilterShape::highPass;
+        EXPECT_EQ(highPasses, cuts);
+        EXPECT_EQ(engine.bands().size(), cuts > 0 ? 1u : 0u);
+    }
+    std::vector<float> curve(1000, 0.0f);
+    AnalogFilterPrototype cut;
+    designBand(FilterShape::lowPass, FilterSlope::db24, 0.0f, 1.0f, 3000.0, cut, 640.0);
+    match::addResponse(curve, cut, 1.0);
+    EQMatchEngine engine;
+    engine.maxBands = 1;
+    run(engine, curve);
+    ASSERT_EQ(engine.bands().size(), 1u);
+    EXPECT_EQ(engine.bands()[0].shape, FilterShape::lowPass);
+    EXPECT_EQ(engine.bands()[0].order, 4);
+    EXPECT_NEAR(engine.bands()[0].frequency, 3000.0, 30.0);
+}
+
+TEST(EQMatchEngine, NoBellLeavesThirtyDbAndColumnsAboveTheHalfRateDoNotCount) {
+    std::vector<float> curve(1000, 0.0f);
+    AnalogFilterPrototype bell;
+    bell.design(AnalogFilterPrototype::Kind::butterworth, FilterShape::bell, 2, 1.0f, 100.0f); // 40 dB
+    bell.setFrequency(1000.0, 0.001);
+    match::addResponse(curve, bell, 1.0);
+    EQMatchEngine engine;
+    run(engine, curve);
+    ASSERT_FALSE(engine.bands().empty());
+    EXPECT_EQ(engine.bands()[0].shape, FilterShape::bell);
+    for (const AnalogFilterPrototype& band : engine.bands())
+        EXPECT_LE(std::fabs(dbOf(band)), 30.001);
+
+    std::vector<float> wild = match::bellCurve(2, 2);
+    for (std::size_t column = 0; column < wild.size(); ++column)
+        if (match::hzAt(column) > 16100.0)
+            wild[column] = column % 2 == 0 ? 60.0f : -60.0f;
+    run(engine, wild, 32000.0f);
+    for (std::size_t column = 0; column < wild.size(); ++column)
+        if (match::hzAt(column) > 15900.0)
+            wild[column] = 0.0f;
+    std::vector<float> left = wild;
+    for (const AnalogFilterPrototype& band : engine.bands())
+        match::addResponse(left, band, -1.0);
+    for (std::size_t column = 0; match::hzAt(column) < 15000.0; ++column)
+        ASSERT_NEAR(left[column], 0.0f, 1.0f) << match::hzAt(column);
+}
+
+TEST(EQMatchEngine, ALowNarrowBellEndsTheCountOfSignificantBands) {
+    const auto withBell = [](float db, float q, double hz, std::vector<float> curve) {
+        AnalogFilterPrototype band;
+        designBand(FilterShape::bell, FilterSlope::db12, db, q, hz, band, 640.0);
+        match::addResponse(curve, band, 1.0);
+        return curve;
+    };
+    EQMatchEngine engine;
+    engine.maxBands = 2;
+    run(engine, withBell(1.0f, 5.66f, 1000.0, std::vector<float>(1000, 0.0f)));
+    EXPECT_EQ(engine.significantBandCount(), 0) << "1 dB at a design Q of 4";
+    run(engine, withBell(10.0f, 1.0f, 1000.0, std::vector<float>(1000, 0.0f)));
+    EXPECT_EQ(engine.significantBandCount(), 1);
+}
+
+TEST(Decibels, TheLoopOverVectorsFollowsTheExactLogarithm) {
+    std::vector<float> powers{0.0f, -0.25f, 1e-30f, 1e-10f, 1.0f, 3e38f};
+    for (float power = 1e-9f; power < 1e9f; power *= 1.0173f)
+        powers.push_back(power);
+    std::vector<float> db = powers;
+    squaredMagnitudesToDb(db);
+    for (std::size_t index = 0; index < powers.size(); ++index) {
+        const double exact = 10.0 * std::log10(static_cast<double>(std::fabs(powers[index])));
+        EXPECT_NEAR(db[index], std::max(exact, -90.0), 1e-5) << powers[index];
+    }
+}
+
+} // namespace
