@@ -76,6 +76,13 @@ void swapToHighPass(BiquadPrototype& section) noexcept REALTIME {
     }
 }
 
+// The root of that degree. Most degrees are powers of two, and square roots are cheap.
+double rootOf(double x, std::int32_t degree) noexcept REALTIME {
+    for (; degree % 2 == 0; degree /= 2)
+        x = std::sqrt(x);
+    return degree == 1 ? x : std::pow(x, 1.0 / static_cast<double>(degree));
+}
+
 struct RootPair {
     double firstRe, firstIm, secondRe, secondIm;
 };
@@ -149,8 +156,8 @@ void AnalogFilterPrototype::appendSections(Shape part, std::int32_t partOrder, f
     if (hasGain(part)) {
         const bool tilts = part == Shape::tiltShelf;
         const bool unity = std::fabs(partGain - 1.0f) <= static_cast<float>(epsilon);
-        const double exponent = (tilts ? 1.0 : 0.5) / static_cast<double>(lowPassOrder);
-        splitGain(own, unity ? 1.0 : std::pow(static_cast<double>(partGain), exponent), tilts);
+        const std::int32_t degree = tilts ? lowPassOrder : 2 * lowPassOrder;
+        splitGain(own, unity ? 1.0 : rootOf(static_cast<double>(partGain), degree), tilts);
     }
 
     const bool swaps =

@@ -99,19 +99,19 @@ BiquadPrototype::Extrema BiquadPrototype::findExtrema(double tolerance) noexcept
     if (discriminant < 0.0 || A == 0.0)
         return {};
 
-    const double atZero = N0 / D0;
-    const double atInfinity = N4 / D4;
     // Of the two solutions one is found without cancellation, the other from their product.
     const double sum = -0.5 * (B + std::copysign(std::sqrt(discriminant), B));
     Extrema found;
-    for (const double x : {sum / A, C / sum}) {
-        if (!(x > 0.0))
+    for (const double solution : {sum / A, C / sum}) {
+        if (!(solution > 0.0))
             continue;
-        const double power = polynomialAt(rootIsFrequency ? x * x : x);
-        if (!(power * tolerance < std::min(std::fabs(power - atZero), std::fabs(power - atInfinity))))
+        const double x = rootIsFrequency ? solution * solution : solution;
+        const double N = (N4 * x + N2) * x + N0;
+        const double D = (D4 * x + D2) * x + D0;
+        // N / D against N0 / D0 and N4 / D4, multiplied out: all of D is positive.
+        if (!(N * D0 * tolerance < std::fabs(N * D0 - N0 * D) && N * D4 * tolerance < std::fabs(N * D4 - N4 * D)))
             continue;
-        const double w = rootIsFrequency ? x : std::sqrt(x);
-        (found.count++ == 0 ? found.first : found.second) = w;
+        (found.count++ == 0 ? found.first : found.second) = rootIsFrequency ? solution : std::sqrt(x);
     }
     if (found.count == 2 && found.first > found.second)
         std::swap(found.first, found.second);

@@ -11,6 +11,11 @@ struct Fitted {
     double r, P, F, R, E;
 };
 
+double topOf(const MatchPoints& points) noexcept REALTIME {
+    const bool atNyquist = std::fabs(static_cast<float>(points.top)) <= static_cast<float>(BiquadPrototype::epsilon);
+    return atNyquist ? std::numbers::pi : points.top;
+}
+
 double rootOfPositive(double x) noexcept REALTIME {
     return x > 0.0 ? std::sqrt(x) : 0.0;
 }
@@ -39,15 +44,12 @@ void writeRow(const Fitted& fit, double atZero, SectionRow row, SectionForm form
 
 SectionFit fitSection(BiquadPrototype& section, const MatchPoints& points, SectionRow row,
                       SectionForm form) noexcept REALTIME {
-    const double t1 = std::tan(points.a * 0.5);
-    const double t2 = std::tan(points.b * 0.5);
-    const double t3 = std::tan(points.c * 0.5);
+    const double t1 = std::tan(points.a * 0.5), t2 = std::tan(points.b * 0.5), t3 = std::tan(points.c * 0.5);
     const double T1 = t1 * t1;
     const double T2 = t2 * t2;
     const double T3 = t3 * t3;
-    const bool atNyquist = std::fabs(static_cast<float>(points.top)) <= static_cast<float>(BiquadPrototype::epsilon);
     const double M0 = section.squaredMagnitude(0.0);
-    const double MN = section.squaredMagnitude(atNyquist ? std::numbers::pi : points.top);
+    const double MN = section.squaredMagnitude(topOf(points));
     const double M1 = section.squaredMagnitude(points.a);
     const double M2 = section.squaredMagnitude(points.b);
     const double M3 = section.squaredMagnitude(points.c);
