@@ -50,9 +50,7 @@ void PeakHold::filter(const wave::BasicBlock<float>& inputBlock, wave::BasicBloc
     std::uint32_t window = windowSamples(holdTimes[0]);
     const bool steady = holdTimes.isConstant != 0;
     if (inputBlock.isConstant != 0 && (front == back || !(queue[front & mask].value > inputBlock[0]))) {
-        // Nothing larger is in the window: the last sample of the block stands for all that came.
-        now += static_cast<std::uint32_t>(count - 1);
-        front = back;
+        // Nothing larger is in the window: one value stands for the whole block and puts out all before it.
         outputBlock.fillConstant(pushed(inputBlock[0], window), count);
         return;
     }

@@ -138,6 +138,27 @@ TEST(BypassProcessor, SilenceStopsTheGraphAfterLatencyAndTailOnly) {
     EXPECT_EQ(processor.flags & GenericPluginProcessor::outputSilent, 0u);
 }
 
+TEST(BypassProcessor, ATailEndsOnlyWhenTheGraphIsAtRest) {
+    class Ringing final : public wave::Producer {
+    public:
+        using Producer::Producer;
+        bool isAtRest() const noexcept REALTIME override { return rests; }
+        void process(wave::BasicBlock<float>&, std::int32_t, std::uint32_t) noexcept REALTIME override {}
+        bool rests = false;
+    };
+    RecordingProcessor processor;
+    Ringing ringing(processor.environment());
+    ringing.setResettable(true);
+    processor.tail = 100;
+    processor.reset();
+    processor.inputLevel = 0.0f;
+    processor.run(2560, GenericPluginProcessor::inputSilent);
+    EXPECT_EQ(runs(processor), 10u);
+    ringing.rests = true;
+    processor.run(2560, GenericPluginProcessor::inputSilent);
+    EXPECT_EQ(runs(processor), 11u);
+}
+
 TEST(BypassProcessor, AnInstrumentWithoutInputsIsSilentWhenBypassedAndAtRest) {
     for (const std::int32_t latency : {0, 300}) {
         RecordingProcessor processor;

@@ -127,6 +127,23 @@ TEST(GenericPluginProcessor, ChangesThatFoundNoRoomAreMadeUpFor) {
     EXPECT_EQ(processor.log.front(), "apply 0") << "the queue works again";
 }
 
+TEST(GenericPluginProcessor, HearsOfASampleRateBeforeItsComponents) {
+    class RateProcessor final : public GenericPluginProcessor {
+    public:
+        RateProcessor() : GenericPluginProcessor(1, 2) { init(); }
+        std::string log;
+
+    protected:
+        void sampleRateChanged() override { log += environment().sampleRate == 96000.0f ? "processor " : "early "; }
+    } processor;
+    const auto component = [&] { processor.log += "component "; };
+    processor.environment().sampleRateChanged.add(
+        std::make_unique<NotifyEvent::HandlerImplFunc<decltype(component)>>(component));
+    processor.setSampleRate(96000.0);
+    processor.setSampleRate(96000.0);
+    EXPECT_EQ(processor.log, "processor component ");
+}
+
 TEST(GenericPluginProcessor, RunsItsOwnPositionInBeatsWhenTheHostStandsStill) {
     class BeatProcessor final : public GenericPluginProcessor {
     public:

@@ -16,8 +16,13 @@ TEST(MidSideConverter, EncodesAndDecodesBackToTheSameSound) {
     MidSideConverter decoder(environment, MidSideConverter::Conversion::decode);
     encoder.inputs = {&left, &right};
     decoder.inputs = {&encoder.output(0), &encoder.output(1)};
+    left.constant = right.constant = true;
+    runCycle(environment, 5, {&decoder.output(0)});
+    EXPECT_EQ(decoder.output(0).getOutput()->isConstant, 1u);
+    left.constant = right.constant = false;
     for (const std::int32_t count : {1, 5, 256}) {
         runCycle(environment, count, {&decoder.output(1)});
+        EXPECT_EQ(decoder.output(0).getOutput()->isConstant, 0u);
         for (std::int32_t index = 0; index < count; ++index) {
             const float a = (*left.getOutput())[index];
             const float b = (*right.getOutput())[index];
@@ -27,9 +32,6 @@ TEST(MidSideConverter, EncodesAndDecodesBackToTheSameSound) {
             ASSERT_NEAR((*decoder.output(1).getOutput())[index], b, 3e-7f);
         }
     }
-    left.constant = right.constant = true;
-    runCycle(environment, 5, {&decoder.output(0)});
-    EXPECT_EQ(decoder.output(0).getOutput()->isConstant, 1u);
     encoder.conversion = MidSideConverter::Conversion::none;
     encoder.inputs[1] = nullptr;
     runCycle(environment, 5, {&encoder.output(0)});

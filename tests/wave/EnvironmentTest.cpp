@@ -82,12 +82,12 @@ TEST_F(Scheduling, TheListMayChangeWhileItIsWalked) {
     late->unschedule();
     make('c', Schedule::middle);
     TestSource* const changer = make('b', Schedule::middle);
-    make('a', Schedule::middle);
+    make('a', Schedule::head);
     changer->whenRun = [&] {
         log += 'b';
         changer->unschedule();
         late->setSchedule(Schedule::tail);
-        make('H', Schedule::head); // in front of the walk: waits for the next cycle
+        make('H', Schedule::head); // in front of the walk: waits for the next cycle, and nobody runs twice
     };
     EXPECT_EQ(logOfCycle(), "abcL");
     EXPECT_EQ(logOfCycle(), "HacL");
@@ -199,11 +199,6 @@ TEST(AlignedBuffer, IsAlignedZeroedAndKeepsItsElements) {
     }
     buffer.resize(5);
     EXPECT_EQ(buffer[3], 0.0) << "what was cut off does not come back";
-    const AlignedBuffer<double> moved(std::move(buffer));
-    EXPECT_EQ(moved.getCapacity(), 5);
-    AlignedBuffer<float> none(-1);
-    EXPECT_EQ(none.data(), nullptr);
-    none.clear();
 }
 
 } // namespace
