@@ -273,13 +273,27 @@ void GenericPlugin::setInstanceName(std::string_view wanted) {
     const bool automatic = wanted.empty();
     if (automatic == automaticName && (automatic || wanted == ownInstanceName))
         return;
+    restoreInstanceName(automatic, wanted);
+    tellStateChanged(instanceNamed);
+}
+
+void GenericPlugin::restoreInstanceName(bool automatic, std::string_view name) {
     automaticName = automatic;
     if (automatic)
         chooseName();
     else
-        takeName(std::string(wanted));
+        takeName(std::string(name));
+}
+
+void GenericPlugin::restoreInstanceId(std::int32_t stored) {
+    const ScopedLock lock(processSection());
+    if (stored != ownInstanceId && PluginInstances::ofProcess().claimId(stored))
+        ownInstanceId = stored;
+}
+
+void GenericPlugin::tellStateChanged(std::int32_t kind) {
     if (adapter != nullptr)
-        adapter->stateChanged(instanceNamed);
+        adapter->stateChanged(kind);
 }
 
 void GenericPlugin::chooseName() {

@@ -116,6 +116,8 @@ public:
     const std::string& instanceName() const noexcept { return ownInstanceName; }
     void setInstanceName(std::string_view wanted); // empty: named after the product, with a number when taken
     std::int32_t instanceId();                     // given at the first question
+    std::int32_t givenInstanceId() const noexcept { return ownInstanceId; } // -1: not yet
+    bool hasAutomaticName() const noexcept { return automaticName; }
     virtual bool sideChainSwitch() const noexcept { return true; } // opens the side chain port, with the capability
 
     // Presets.
@@ -129,10 +131,10 @@ public:
     // compareLength: how many characters must differ from the present name, -1: all count.
     virtual void setCurrentPresetName(std::string_view wanted, std::int32_t compareLength);
 
-    // The state that a host keeps: the parameters' block, then the product's own. False: failed, and reading has
-    // changed nothing of its block.
+    // The state that a host keeps: the parameters' block, then the product's own. False: failed.
     [[nodiscard]] bool writeParameterBlock(std::ostream& stream);
-    [[nodiscard]] bool readParameterBlock(std::istream& stream);
+    // Sets what is there up to the first value that is not. begun: it was a block of ours, so values may have changed.
+    [[nodiscard]] bool readParameterBlock(std::istream& stream, bool& begun);
     [[nodiscard]] virtual bool writeState(std::ostream&) { return true; }
     [[nodiscard]] virtual bool readState(std::istream&) { return true; }
     std::map<std::string, std::string> customValues;
@@ -193,6 +195,10 @@ protected:
     virtual void loadProgram(std::int32_t, std::int32_t) {} // bank and program of a MIDI program change
     void storeLatency(std::int32_t samples, bool always);   // tells the host when it differs, on the main thread
     void tellListener(std::int32_t code, std::int32_t argument);
+    void tellStateChanged(std::int32_t kind); // to the host
+    // From a project: the host is not told, it knows.
+    void restoreInstanceName(bool automatic, std::string_view name);
+    void restoreInstanceId(std::int32_t stored); // unless another instance has it; -1: none was stored
     bool onMainThread() const noexcept { return std::this_thread::get_id() == mainThread; }
 
 private:

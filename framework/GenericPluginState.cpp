@@ -1,12 +1,14 @@
 // Presets as far as the framework knows them, and the block of all values in a host's state.
 #include "base/BinaryDataReader.h"
 #include "base/BinaryDataWriter.h"
+#include "base/Utf8.h"
 #include "framework/AbstractPluginParameter.h"
 #include "framework/ChangeBracket.h"
 #include "framework/GenericPlugin.h"
 #include "platform/Paths.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -31,6 +33,7 @@ void GenericPlugin::loadDefaultPreset() {
 
 std::string GenericPlugin::loadPresetFile(const std::string& path) {
     std::string error;
+    const std::map<std::string, std::string> formerValues = customValues;
     {
         const ChangeBracket batch(*this);
         std::vector<float> kept;
@@ -44,9 +47,11 @@ std::string GenericPlugin::loadPresetFile(const std::string& path) {
                 interfaceParameters.at(index).setValue(kept[static_cast<std::size_t>(index)], 0);
         markJump();
     }
+    if (customValues != formerValues)
+        tellListener(eventCustomValues, 0);
     if (!error.empty())
         return error;
-    preset.setName(stripExtension(fileNameOf(path)));
+    preset.setName(validUtf8(stripExtension(fileNameOf(path))));
     preset.setPath(path);
     preset.setModified(false);
     if (adapter != nullptr)
@@ -78,27 +83,25 @@ bool GenericPlugin::writeParameterBlock(std::ostream& stream) {
     return writer.good();
 }
 
-bool GenericPlugin::readParameterBlock(std::istream& stream) {
+bool GenericPlugin::readParameterBlock(std::istream& stream, bool& begun) {
     BinaryDataReader reader(&stream);
-    if (reader.readHeader() != blockSignature)
-        return false;
+    const std::string signature = reader.readHeader();
     const std::int32_t stored = reader.readInt32();
-    if (stored < 0)
-        return false;
-    // All are read before the first is set, so that a block without its end changes nothing.
-    std::vector<float> values;
-    for (std::int32_t index = 0; index < stored && reader.good(); ++index) {
-        const float value = reader.readFloat();
-        if (index < parameterCount()) // later versions may have stored more
-            values.push_back(value);
-    }
-    if (!reader.good())
+    begun = signature == blockSignature && reader.good() && stored >= 0;
+    if (!begun)
         return false;
     const ChangeBracket batch(*this);
-    for (std::int32_t id = 0; id < parameterCount(); ++id) {
-        const auto index = static_cast<std::size_t>(id);
-        parameter(id).setValue(index < values.size() ? values[index] : parameter(id).defaultValue(), silent);
+    const auto set = [this](std::int32_t id, float value) {
+        AbstractPluginParameter& restored = parameter(id);
+        restored.setValue(std::isfinite(value) ? value : restored.defaultValue(), silent);
+    };
+    for (std::int32_t id = 0; id < stored && reader.good(); ++id) { // whatever the count says: it ends with the bytes
+        const float value = reader.readFloat();
+        if (reader.good() && id < parameterCount()) // later versions may have stored more
+            set(id, value);
     }
+    for (std::int32_t id = stored; id < parameterCount() && reader.good(); ++id)
+        set(id, parameter(id).defaultValue());
     markJump();
-    return true;
+    return reader.good();
 }

@@ -70,3 +70,24 @@ bool PluginInstances::hasName(std::string_view name, const GenericPlugin& except
         return instance != &except && compareText(instance->instanceName(), name);
     });
 }
+
+bool PluginInstances::hasId(std::int32_t id) const noexcept {
+    return std::any_of(instances.begin(), instances.end(),
+                       [id](const GenericPlugin* instance) { return instance->givenInstanceId() == id; });
+}
+
+std::int32_t PluginInstances::nextId() noexcept {
+    if (nextInstanceId <= largestId)
+        return nextInstanceId++;
+    std::int32_t free = 0;
+    while (hasId(free))
+        ++free;
+    return free;
+}
+
+bool PluginInstances::claimId(std::int32_t wanted) noexcept {
+    if (wanted < 0 || wanted > largestId || hasId(wanted))
+        return false;
+    nextInstanceId = std::max(nextInstanceId, wanted + 1);
+    return true;
+}

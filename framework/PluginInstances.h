@@ -29,7 +29,10 @@ public:
     bool empty() const noexcept { return instances.empty(); }
     const std::vector<GenericPlugin*>& all() const noexcept { return instances; }
     bool hasName(std::string_view name, const GenericPlugin& except) const;
-    std::int32_t nextId() noexcept { return nextInstanceId++; }
+    // Ids are those that "Analyzer External Spectrum" can hold. When all have been given, the lowest free one is next.
+    static constexpr std::int32_t largestId = 65535;
+    std::int32_t nextId() noexcept;
+    [[nodiscard]] bool claimId(std::int32_t wanted) noexcept; // false: out of range or taken
     ControllerMapping& controllerMapping() noexcept { return *sharedMapping; }
 
     void setSettings(std::unique_ptr<SharedPluginSettings> made);
@@ -43,6 +46,7 @@ public:
 private:
     PluginInstances();
     ~PluginInstances();
+    bool hasId(std::int32_t id) const noexcept;
 
     std::vector<GenericPlugin*> instances; // not owned
     std::unique_ptr<ControllerMapping> sharedMapping;

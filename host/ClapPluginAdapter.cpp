@@ -242,9 +242,10 @@ void ClapPluginAdapter::latencyChanged() {
 
 void ClapPluginAdapter::stateChanged(std::int32_t kind) {
     if (kind == GenericPlugin::presetLoaded) {
+        if (const std::string& path = plugin->currentPreset().path(); !path.empty())
+            host.presetLoaded(path.c_str());
         if (!host.hasParams())
             return;
-        host.presetLoaded(plugin->currentPreset().path().c_str());
         host.rescanValues();
         host.requestFlush();
     }
@@ -261,22 +262,22 @@ bool ClapPluginAdapter::loadState(const clap_istream& stream) {
     if (!readClapStream(stream, bytes))
         return false;
     std::istringstream source(bytes);
-    if (!plugin->readParameterBlock(source))
+    bool begun = false;
+    const bool read = plugin->readParameterBlock(source, begun);
+    if (!begun)
         return false;
     {
         const ScopedLock guard(*lock);
         pushAllParameters(GenericPlugin::allValuesAtOnce); // silently: the host gave these values
     }
-    const bool whole = plugin->readState(source);
+    const bool whole = read && plugin->readState(source);
     host.rescanValues();
     return whole;
 }
 
 bool ClapPluginAdapter::loadPreset(const char* path) {
     const std::string error = plugin->loadPresetFile(path);
-    if (error.empty())
-        host.presetLoaded(path);
-    else
+    if (!error.empty()) // a success was told when the preset was taken
         host.presetFailed(path, error.c_str());
     return error.empty();
 }

@@ -16,9 +16,15 @@ bool fileExists(const std::string& path) noexcept;              // and is no dir
 std::int64_t regularFileSize(const std::string& path) noexcept; // bytes, -1: none, or a device, pipe or directory
 std::int64_t fileTimeOf(const std::string& path) noexcept;      // seconds since 1970, -1: none
 
+enum class FileSafety {
+    againstOthers,  // other processes, a full disk, the end of this process
+    againstCrashes, // of the system too: waits for the disk
+};
+
 // All of the new bytes or all of the old file, whatever stops it: they are written beside the file and renamed over it.
 // A file that the path links to is replaced where it lies, and keeps its rights.
-[[nodiscard]] bool replaceFile(const std::string& path, std::string_view bytes);
+[[nodiscard]] bool replaceFile(const std::string& path, std::string_view bytes,
+                               FileSafety safety = FileSafety::againstCrashes);
 
 [[nodiscard]] bool renameFile(const std::string& from, const std::string& to) noexcept; // replaces
 [[nodiscard]] bool removeFile(const std::string& path) noexcept;                        // true also when it is gone

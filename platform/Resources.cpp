@@ -7,13 +7,15 @@
 
 namespace {
 
+std::span<const EmbeddedResource> embedded;
+
 char upperCase(char c) noexcept {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 const EmbeddedResource* findResource(std::string_view name) noexcept {
     const std::string_view wanted = stripExtension(name);
-    for (const EmbeddedResource& resource : embeddedResources())
+    for (const EmbeddedResource& resource : embedded)
         if (std::equal(wanted.begin(), wanted.end(), resource.name.begin(), resource.name.end(),
                        [](char a, char b) { return upperCase(a) == upperCase(b); }))
             return &resource;
@@ -21,6 +23,10 @@ const EmbeddedResource* findResource(std::string_view name) noexcept {
 }
 
 } // namespace
+
+void setEmbeddedResources(std::span<const EmbeddedResource> table) noexcept {
+    embedded = table;
+}
 
 bool resourceExists(std::string_view name) noexcept {
     return findResource(name) != nullptr;

@@ -1,5 +1,5 @@
 // The data that the library carries, under file-like names.
-// Threads: any.
+// Threads: any but where marked.
 #pragma once
 
 #include <istream>
@@ -14,8 +14,8 @@ struct EmbeddedResource {
     std::string_view bytes;
 };
 
-// The one table. Whoever builds a library or a program that has resources defines it.
-std::span<const EmbeddedResource> embeddedResources() noexcept;
+// The one table, given by the library or the program that has it before anything asks.
+void setEmbeddedResources(std::span<const EmbeddedResource> table) noexcept; // constant data; [main]
 
 class EResource : public std::runtime_error {
 public:

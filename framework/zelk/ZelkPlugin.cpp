@@ -1,5 +1,10 @@
 #include "framework/zelk/ZelkPlugin.h"
 
+#include "framework/zelk/LegacyPresetLoader.h"
+#include "resources/ZelkResources.h"
+#include "state/PresetFile.h"
+#include "state/SharedPresets.h"
+
 namespace {
 
 constexpr GenericPlugin::InterfaceSize sizes[] = {{720, 335}, {775, 465}, {900, 540}, {1040, 624}, {1200, 720}};
@@ -11,7 +16,7 @@ ZelkPlugin::ZelkPlugin() : ZelkParameters(*static_cast<GenericPluginBase*>(this)
     initParameters();
     analyzer.addParametersTo(interfaceCollection());
     updateLatency();
-    loadDefaultPreset();
+    initState();
     // A preset may name an instance whose spectrum to show; who runs now is somebody else.
     if (analyzer.externalSpectrum.get() >= 0) {
         analyzer.externalSpectrum.setValue(static_cast<float>(externalSpectrumOff), 0);
@@ -42,4 +47,24 @@ void ZelkPlugin::afterParameterChange(std::int32_t id) {
 
 void ZelkPlugin::updateLatency() {
     storeLatency(latencyAt(static_cast<double>(sampleRate())), true);
+}
+
+void ZelkPlugin::createGlobals() {
+    setEmbeddedResources(zelkResources());
+    GenericStatefulPlugin::createGlobals();
+    addComponentPresets("Spectrum", ".spectrum");
+}
+
+std::string ZelkPlugin::runPresetLoad(const std::string& path) {
+    using Layout = LegacyPresetLoader::Layout;
+    const std::string error = GenericStatefulPlugin::runPresetLoad(path);
+    if (error.empty())
+        return {};
+    for (const Layout layout : {Layout::second, Layout::first}) {
+        LegacyPresetLoader loader(*this, *this, presetParameters(), layout);
+        if (!loader.load(*openPresetFile(path), LegacyPresetLoader::fileVersion,
+                         LegacyPresetLoader::signatureOf(layout)))
+            return {};
+    }
+    return error;
 }

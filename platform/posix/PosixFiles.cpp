@@ -55,7 +55,7 @@ std::int64_t fileTimeOf(const std::string& path) noexcept {
     return stat(path.c_str(), &facts) == 0 ? std::int64_t{facts.st_mtime} : -1;
 }
 
-bool replaceFile(const std::string& path, std::string_view bytes) {
+bool replaceFile(const std::string& path, std::string_view bytes, FileSafety safety) {
     const std::string target = withoutLinks(path);
     const std::string temporary = temporaryNameFor(target);
     const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, rightsOfNewFile);
@@ -66,7 +66,7 @@ bool replaceFile(const std::string& path, std::string_view bytes) {
     if (whole && stat(target.c_str(), &former) == 0)
         static_cast<void>(fchmod(file, former.st_mode & 07777)); // not ours to refuse: the content is what counts
     // Without this a crash of the system could leave the new name with no content behind it.
-    whole = whole && fsync(file) == 0;
+    whole = whole && (safety == FileSafety::againstOthers || fsync(file) == 0);
     whole = close(file) == 0 && whole;
     whole = whole && rename(temporary.c_str(), target.c_str()) == 0;
     if (!whole)

@@ -19,14 +19,6 @@ namespace {
 
 constexpr EmbeddedResource resources[] = {{"PRESETMAP_X_1", "PMap"}};
 
-} // namespace
-
-std::span<const EmbeddedResource> embeddedResources() noexcept {
-    return resources;
-}
-
-namespace {
-
 TEST(Paths, JoinAndCutAtTheLastSeparatorAndTheLastPoint) {
     EXPECT_EQ(appendPath("/a", "b"), "/a/b");
     EXPECT_EQ(appendPath("/a/", "/b"), "/a/b");
@@ -109,6 +101,7 @@ TEST(FileEnumerator, ListsFilesByEndingWithoutRegardToCaseAndFoldersApart) {
 }
 
 TEST(Resources, AreFoundWithoutRegardToCaseOrExtension) {
+    setEmbeddedResources(resources);
     EXPECT_TRUE(resourceExists("PresetMap_x_1.tvpresetmap"));
     EXPECT_FALSE(resourceExists("PresetMap_x_2.tvpresetmap"));
     BinaryResourceReader reader("PresetMap_x_1.tvpresetmap");

@@ -1,0 +1,140 @@
+#include "tests/state/StateTestObjects.h"
+
+#include <sstream>
+
+namespace {
+
+class Events final : public GenericPlugin::Listener {
+public:
+    void pluginEvent(std::int32_t code, std::int32_t) override { codes.push_back(code); }
+    bool has(std::int32_t code) const { return std::find(codes.begin(), codes.end(), code) != codes.end(); }
+    std::vector<std::int32_t> codes;
+};
+
+// The block behind the values, by its table.
+Bytes stateBlock(std::int32_t version, std::int32_t instanceId, std::string_view instanceName, bool modified) {
+    Bytes bytes;
+    bytes.raw("ZK3p").i32(version).string("Air").i32(instanceId).i32(instanceName.empty() ? 1 : 0).string(instanceName);
+    if (version >= 2)
+        bytes.i32(modified ? 1 : 0);
+    if (version >= 3)
+        bytes.raw("CuSV").i32(1).i32(1).string("k").string("v");
+    return bytes;
+}
+
+class StateBlockTest : public StateTest {
+protected:
+    bool read(const std::string& bytes) {
+        std::istringstream stream(bytes);
+        return plugin.readState(stream);
+    }
+    bool readValues(const std::string& bytes, bool& begun) {
+        std::istringstream stream(bytes);
+        return plugin.readParameterBlock(stream, begun);
+    }
+    bool equals(const std::string& bytes) {
+        std::istringstream stream(bytes);
+        return plugin.stateEquals(stream);
+    }
+
+    ZelkPlugin plugin;
+};
+
+TEST_F(StateBlockTest, IsWrittenByItsTableAndReadInAllVersions) {
+    plugin.currentPreset().setName("Air");
+    plugin.customValues = {{"k", "v"}};
+    plugin.setInstanceName("Lead");
+    plugin.currentPreset().setModified(true);
+    std::ostringstream stream;
+    ASSERT_TRUE(plugin.writeState(stream));
+    EXPECT_EQ(stream.str(), stateBlock(3, -1, "Lead", true).text);
+    for (const int version : {1, 2, 3}) {
+        plugin.currentPreset().setName("other");
+        plugin.currentPreset().setPath("/gone");
+        plugin.currentPreset().setModified(true);
+        plugin.customValues = {{"old", "1"}};
+        Events events;
+        plugin.setListener(&events);
+        EXPECT_TRUE(read(stateBlock(version, -1, "Bass", version == 3).text));
+        plugin.setListener(nullptr);
+        EXPECT_EQ(plugin.currentPreset().name(), "Air");
+        EXPECT_EQ(plugin.currentPreset().path(), "");
+        EXPECT_EQ(plugin.instanceName(), "Bass");
+        EXPECT_EQ(plugin.currentPreset().modified(), version == 3);
+        EXPECT_EQ(plugin.customValues, version == 3 ? (CustomValues{{"k", "v"}}) : CustomValues{});
+        EXPECT_TRUE(events.has(GenericPlugin::eventPreset) && events.has(GenericPlugin::eventCustomValues));
+    }
+    EXPECT_TRUE(read(stateBlock(3, -1, "", false).text));
+    EXPECT_EQ(plugin.instanceName(), "Zelk");
+}
+
+TEST_F(StateBlockTest, DamageChangesNothing) {
+    const std::string whole = stateBlock(3, -1, "Bass", true).text;
+    std::string negative = whole;
+    negative[whole.size() - 11] = '\xFF'; // the top byte of the count of pairs
+    plugin.currentPreset().setName("kept");
+    std::vector<std::string> damaged{"ZK3q" + whole.substr(4), negative};
+    for (std::size_t size = 0; size < whole.size(); ++size)
+        damaged.push_back(whole.substr(0, size));
+    for (const std::string& bytes : damaged)
+        EXPECT_FALSE(read(bytes)) << bytes.size();
+    EXPECT_EQ(plugin.currentPreset().name(), "kept");
+    EXPECT_EQ(plugin.instanceName(), "Zelk");
+}
+
+TEST_F(StateBlockTest, AnIdIsTakenOnlyWhenNobodyHasItAndItsSpectrumCanBeNamed) {
+    ZelkPlugin other;
+    ASSERT_EQ(other.instanceId(), 0);
+    EXPECT_TRUE(read(stateBlock(3, 0, "", false).text));
+    EXPECT_EQ(plugin.givenInstanceId(), -1);
+    EXPECT_TRUE(read(stateBlock(3, 70000, "", false).text));
+    EXPECT_EQ(plugin.givenInstanceId(), -1);
+    EXPECT_TRUE(read(stateBlock(3, 65535, "", false).text));
+    EXPECT_EQ(plugin.instanceId(), 65535);
+    ZelkPlugin third;
+    EXPECT_EQ(third.instanceId(), 1) << "the lowest free one, when none is left above";
+    EXPECT_TRUE(equals([&] {
+        std::ostringstream values;
+        EXPECT_TRUE(plugin.writeParameterBlock(values));
+        return values.str() +
+               Bytes().raw("ZK3p").i32(3).string("Air").i32(7).i32(1).string("x").i32(0).raw("CuSV").i32(1).i32(0).text;
+    }()));
+}
+
+TEST_F(StateBlockTest, ValuesAreReadUpToTheFirstThatIsNotThere) {
+    bool begun = true;
+    EXPECT_FALSE(readValues(Bytes().raw("TVBT").i32(1).i32(1).f32(1).text, begun));
+    EXPECT_FALSE(begun);
+    EXPECT_FALSE(readValues(Bytes().raw("TVBS").i32(1).i32(-1).f32(1).text, begun));
+    EXPECT_FALSE(begun);
+    moveAll(plugin);
+    const std::vector<float> before = valuesOf(plugin);
+    EXPECT_FALSE(readValues(Bytes().raw("TVBS").i32(1).i32(INT32_MAX).f32s({0.0f, 0.0f, 5.0f}).raw("x").text, begun));
+    EXPECT_TRUE(begun);
+    EXPECT_EQ(plugin.parameter(2).value(), 5.0f);
+    EXPECT_TRUE(std::equal(before.begin() + 3, before.end(), valuesOf(plugin).begin() + 3));
+    EXPECT_TRUE(readValues(Bytes().raw("TVBS").i32(1).i32(3).f32s({1.0f, 0.0f, 6.0f}).text, begun));
+    std::vector<float> wanted = defaultsOf(plugin);
+    wanted[0] = 1.0f;
+    wanted[1] = 0.0f;
+    wanted[2] = 6.0f;
+    EXPECT_EQ(valuesOf(plugin), wanted);
+}
+
+TEST_F(StateBlockTest, EqualityLooksAtValuesNameAndModifiedFlag) {
+    std::ostringstream values;
+    plugin.currentPreset().setName("Air");
+    plugin.customValues = {{"k", "v"}};
+    ASSERT_TRUE(plugin.writeParameterBlock(values));
+    const std::string block = values.str();
+    EXPECT_TRUE(equals(block + stateBlock(3, 12, "", false).text));
+    EXPECT_FALSE(equals(block + stateBlock(3, 12, "", true).text));
+    EXPECT_FALSE(equals(block + stateBlock(3, 12, "Bass", false).text));
+    EXPECT_TRUE(equals(block + stateBlock(1, 12, "", true).text));
+    EXPECT_FALSE(equals(block.substr(0, block.size() - 1)));
+    plugin.parameter(3).setValue(1.0f, 0);
+    plugin.currentPreset().setModified(false);
+    EXPECT_FALSE(equals(block + stateBlock(3, 12, "", false).text));
+}
+
+} // namespace
