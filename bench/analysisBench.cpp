@@ -48,8 +48,8 @@ struct Graph {
 };
 
 void perSample(benchmark::State& state, double samples) {
-    state.counters["ns_per_sample"] = benchmark::Counter(samples * static_cast<double>(state.iterations()) * 1e-9,
-                                                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["per_sample"] = benchmark::Counter(samples * static_cast<double>(state.iterations()),
+                                                      benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 void bufferWithoutReader(benchmark::State& state) {
