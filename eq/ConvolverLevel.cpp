@@ -187,6 +187,8 @@ void ConvolverLevel::arrangeTasks() noexcept REALTIME {
 
 // The work of one kernel, or none.
 void ConvolverLevel::arrangeSet(std::size_t set, Convolver::Slot* slot) noexcept REALTIME {
+    if (slot == nullptr && !inverseTasks[set].enabled)
+        return; // as it was
     FFTBlock* const output = outputBlocks[2 * set + pingPong].get();
     const std::size_t count = inputBlocks.size() - 1;
     const auto used = static_cast<std::size_t>(std::min(filledHops, activePartitions));

@@ -6,7 +6,7 @@ namespace {
 
 // Measured beside a unit of a transform, with spectra that come from the second-level cache.
 constexpr std::int32_t multiplyWeight = 3;
-constexpr std::int32_t storeWeight = 1;
+constexpr std::int32_t storeWeight = 3;
 
 constexpr std::int32_t binGroup = 8; // what the products work on at a time
 
