@@ -2,12 +2,19 @@
 
 #include <algorithm>
 
+namespace {
+
+// Of input and kernel, for one channel. Beyond this the second channel drives them out of a cache of 1 or 2 MB.
+constexpr std::int64_t nearSpectra = 512 * 1024; // bytes
+
+} // namespace
+
 ConvolverLevel::ConvolverLevel(wave::Environment& owner, const Convolver::Configuration& wanted,
-                               Convolver::Kernel* topKernel, std::int32_t first)
+                               Convolver::Kernel* topKernel, std::int32_t firstInSlot)
     : environment(owner)
     , configuration(wanted)
     , kernel(topKernel)
-    , firstPartition(static_cast<std::size_t>(first))
+    , firstPartition(static_cast<std::size_t>(firstInSlot))
     , hop(wanted.getHop())
     , scratch(wanted.getPlan().getSize())
     , previousHop(hop)
@@ -18,19 +25,24 @@ ConvolverLevel::ConvolverLevel(wave::Environment& owner, const Convolver::Config
         inputBlocks.push_back(std::make_unique<FFTBlock>(plan, scratch));
     for (std::unique_ptr<FFTBlock>& block : outputBlocks)
         block = std::make_unique<FFTBlock>(plan, scratch);
+    const std::int64_t spectra = std::int64_t{2} * sizeof(float) * configuration.getPartitionCount() * plan.getSize();
     scheduler.setPeriod(hop);
     scheduler.add(inputTask);
-    for (FFTCalculateInverseTask& inverseTask : inverseTasks) {
-        for (std::int32_t partition = 0; partition < configuration.getPartitionCount(); ++partition) {
-            multiplyTasks.push_back(std::make_unique<FFTMultiplyTask>());
-            multiplyTasks.back()->accumulate = partition > 0;
-            scheduler.add(*multiplyTasks.back());
+    for (std::size_t set = 0; set < inverseTasks.size(); ++set) {
+        for (std::int32_t first = 0; first < configuration.getPartitionCount(); first += FFTMultiplyTask::mostFactors) {
+            multiplyTasks[set].push_back(std::make_unique<FFTMultiplyTask>());
+            multiplyTasks[set].back()->accumulate = first > 0;
+            multiplyTasks[set].back()->enabled = false;
+            if (spectra > nearSpectra)
+                multiplyTasks[set].back()->weight = FFTMultiplyTask::farWeight;
+            scheduler.add(*multiplyTasks[set].back());
         }
-        scheduler.add(inverseTask);
+        scheduler.add(inverseTasks[set]);
+        inverseTasks[set].enabled = false;
     }
     if (configuration.getChild() != nullptr)
         child = std::make_unique<ConvolverLevel>(owner, *configuration.getChild(), nullptr,
-                                                 first + configuration.getPartitionCount());
+                                                 firstInSlot + configuration.getPartitionCount());
 }
 
 void ConvolverLevel::Reading::set(Convolver::Slot* wanted) noexcept REALTIME {
@@ -190,17 +202,18 @@ void ConvolverLevel::arrangeSet(std::size_t set, Convolver::Slot* slot) noexcept
     if (slot == nullptr && !inverseTasks[set].enabled)
         return; // as it was
     FFTBlock* const output = outputBlocks[2 * set + pingPong].get();
-    const std::size_t count = inputBlocks.size() - 1;
-    const auto used = static_cast<std::size_t>(std::min(filledHops, activePartitions));
-    for (std::size_t partition = 0; partition < count; ++partition) {
-        FFTMultiplyTask& task = *multiplyTasks[set * count + partition];
-        task.enabled = slot != nullptr && partition < used;
-        if (!task.enabled)
-            continue;
-        task.block = output;
-        task.input = inputBlocks[(ringPosition + inputBlocks.size() - partition) % inputBlocks.size()].get();
-        task.kernel = slot->partitions[firstPartition + partition].get();
+    const std::size_t ringSize = inputBlocks.size();
+    const std::size_t used = slot != nullptr ? static_cast<std::size_t>(std::min(filledHops, activePartitions)) : 0;
+    std::size_t partition = 0;
+    for (const std::unique_ptr<FFTMultiplyTask>& task : multiplyTasks[set]) {
+        task->enabled = partition < used;
+        task->block = output;
+        task->clear();
+        for (const std::size_t end = std::min(partition + FFTMultiplyTask::mostFactors, used); partition < end;
+             ++partition)
+            task->add(*inputBlocks[(ringPosition + ringSize - partition) % ringSize],
+                      *slot->partitions[firstPartition + partition]);
     }
-    inverseTasks[set].enabled = slot != nullptr && used > 0;
+    inverseTasks[set].enabled = used > 0;
     inverseTasks[set].block = output;
 }

@@ -70,7 +70,8 @@ private:
 
     TaskSequence scheduler;
     FFTCalculateTask inputTask;
-    std::vector<std::unique_ptr<FFTMultiplyTask>> multiplyTasks; // all of `current`, then all of `outgoing`
+    // Two sets, that of `current` and that of `outgoing`.
+    std::array<std::vector<std::unique_ptr<FFTMultiplyTask>>, 2> multiplyTasks;
     std::array<FFTCalculateInverseTask, 2> inverseTasks;
 
     std::int32_t activePartitions;

@@ -4,11 +4,7 @@
 
 namespace {
 
-// Measured beside a unit of a transform, with spectra that come from the second-level cache.
-constexpr std::int32_t multiplyWeight = 3;
-constexpr std::int32_t storeWeight = 3;
-
-constexpr std::int32_t binGroup = 8; // what the products work on at a time
+constexpr std::int32_t storeWeight = 3; // measured: the blocks it writes are in nobody's cache
 
 } // namespace
 
@@ -28,19 +24,24 @@ void FFTCalculateInverseTask::run(std::int32_t, std::int32_t count) noexcept REA
     block->advanceInverse(count);
 }
 
-FFTMultiplyTask::FFTMultiplyTask() : FFTTask(multiplyWeight) {}
+FFTMultiplyTask::FFTMultiplyTask() : FFTTask(nearWeight) {}
+
+void FFTMultiplyTask::add(const FFTBlock& input, const FFTBlock& kernel) noexcept REALTIME {
+    const auto place = static_cast<std::size_t>(factors++);
+    inputs[place] = input.data();
+    kernels[place] = kernel.data();
+}
 
 void FFTMultiplyTask::prepare() noexcept REALTIME {
-    units = block->getPlan().getSize();
+    units = factors * block->getPlan().getSize();
 }
 
 void FFTMultiplyTask::run(std::int32_t position, std::int32_t count) noexcept REALTIME {
-    const std::int32_t from = position / 2 & -binGroup;
-    const std::int32_t to = (position + count) / 2 & -binGroup;
+    const std::int32_t from = position / factors / 2 & -FFTKernels::productGroup;
+    const std::int32_t to = (position + count) / factors / 2 & -FFTKernels::productGroup;
     const FFTPlan& plan = block->getPlan();
-    const FFTKernels& kernels = plan.getKernels();
-    const FFTKernels::Product product = accumulate ? kernels.multiplyAdd : kernels.multiply;
-    product(input->data(), kernel->data(), block->data(), plan.getSize() / 2, from, to);
+    const FFTKernels::Product product = accumulate ? plan.getKernels().multiplyAdd : plan.getKernels().multiply;
+    product(inputs.data(), kernels.data(), factors, block->data(), plan.getSize() / 2, from, to);
 }
 
 FFTStoreInputTask::FFTStoreInputTask() : FFTTask(storeWeight) {}

@@ -20,9 +20,11 @@ struct FFTKernels {
     // except with split and join, which allow them to be the same.
     using Pass = void (*)(const FFTStage& stage, const float* in, float* out, std::int32_t from,
                           std::int32_t to) noexcept REALTIME;
-    // For half-complex spectra of 2 `half` floats: out = a b, or out += a b, on bins from to to, multiples of 8.
-    using Product = void (*)(const float* a, const float* b, float* out, std::int32_t half, std::int32_t from,
-                             std::int32_t to) noexcept REALTIME;
+    // For half-complex spectra of 2 `half` floats: out is the sum of a[i] b[i] over all factors, or that is added to
+    // it, on bins from to to, multiples of productGroup.
+    using Product = void (*)(const float* const* a, const float* const* b, std::int32_t factors, float* out,
+                             std::int32_t half, std::int32_t from, std::int32_t to) noexcept REALTIME;
+    static constexpr std::int32_t productGroup = 16;
 
     Pass firstOfPairs; // radix 8, from pairs of samples
     Pass first;        // radix 8, from complex values

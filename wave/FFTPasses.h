@@ -48,6 +48,12 @@ struct FFTValue {
     FFTValue turned(Vector cosine, Vector sine) const noexcept { // by -angle
         return {re * cosine + im * sine, im * cosine - re * sine};
     }
+    void addProduct(FFTValue a, FFTValue b) noexcept { // the same with conjugates: minus times minus j is minus
+        re = re + a.re * b.re;
+        re = re - a.im * b.im;
+        im = im + a.re * b.im;
+        im = im + a.im * b.re;
+    }
 };
 
 template <typename Lanes>
@@ -265,32 +271,43 @@ inline void runJoin(const FFTStage& stage, const float* in, float* out, std::int
         joinBins<Lanes>(stage, in, out, bin, points - bin - (Lanes::lanes - 1));
 }
 
-// Bin 0 and the Nyquist bin are real and share a place: they are set right behind the loop.
+// The sums stay in registers over all factors. Bin 0 and the Nyquist bin are real and share a place: they are set
+// right behind the loop.
 template <typename Lanes, bool add>
-inline void runProduct(const float* a, const float* b, float* __restrict out, std::int32_t half, std::int32_t from,
-                       std::int32_t to) noexcept {
+inline void runProduct(const float* const* a, const float* const* b, std::int32_t factors, float* __restrict out,
+                       std::int32_t half, std::int32_t from, std::int32_t to) noexcept {
     if (from >= to)
         return;
-    const float lowest = from == 0 ? a[0] * b[0] + (add ? out[0] : 0.0f) : 0.0f;
-    const float highest = from == 0 ? a[half] * b[half] + (add ? out[half] : 0.0f) : 0.0f;
-    for (std::int32_t bin = from; bin < to; bin += Lanes::lanes) {
-        const auto aRe = Lanes::load(a + bin);
-        const auto aIm = Lanes::load(a + half + bin);
-        const auto bRe = Lanes::load(b + bin);
-        const auto bIm = Lanes::load(b + half + bin);
-        auto re = aRe * bRe - aIm * bIm;
-        auto im = aRe * bIm + aIm * bRe; // minus times minus j: the sign stays that of the layout
+    float lowest = add ? out[0] : 0.0f;
+    float highest = add ? out[half] : 0.0f;
+    for (std::int32_t bin = from; bin < to; bin += 2 * Lanes::lanes) {
+        const std::int32_t second = bin + Lanes::lanes;
+        FFTValue<Lanes> sums[2] = {};
         if constexpr (add) {
-            re = re + Lanes::load(out + bin);
-            im = im + Lanes::load(out + half + bin);
+            sums[0] = {Lanes::load(out + bin), Lanes::load(out + half + bin)};
+            sums[1] = {Lanes::load(out + second), Lanes::load(out + half + second)};
         }
-        Lanes::store(out + bin, re);
-        Lanes::store(out + half + bin, im);
+        for (std::int32_t factor = 0; factor < factors; ++factor) {
+            const float* const left = a[factor];
+            const float* const right = b[factor];
+            sums[0].addProduct({Lanes::load(left + bin), Lanes::load(left + half + bin)},
+                               {Lanes::load(right + bin), Lanes::load(right + half + bin)});
+            sums[1].addProduct({Lanes::load(left + second), Lanes::load(left + half + second)},
+                               {Lanes::load(right + second), Lanes::load(right + half + second)});
+        }
+        Lanes::store(out + bin, sums[0].re);
+        Lanes::store(out + half + bin, sums[0].im);
+        Lanes::store(out + second, sums[1].re);
+        Lanes::store(out + half + second, sums[1].im);
     }
-    if (from == 0) {
-        out[0] = lowest;
-        out[half] = highest;
+    if (from > 0)
+        return;
+    for (std::int32_t factor = 0; factor < factors; ++factor) {
+        lowest += a[factor][0] * b[factor][0];
+        highest += a[factor][half] * b[factor][half];
     }
+    out[0] = lowest;
+    out[half] = highest;
 }
 
 // The functions of one table. Wide has 8 lanes, or 1 in the reference; Half has 4, or 1.
@@ -320,9 +337,9 @@ struct FFTKernelFunctions {
         runJoin<Wide, Single>(stage, in, out, from, to);
     }
     template <bool add>
-    static void product(const float* a, const float* b, float* out, std::int32_t half, std::int32_t from,
-                        std::int32_t to) noexcept REALTIME {
-        runProduct<Wide, add>(a, b, out, half, from, to);
+    static void product(const float* const* a, const float* const* b, std::int32_t factors, float* out,
+                        std::int32_t half, std::int32_t from, std::int32_t to) noexcept REALTIME {
+        runProduct<Wide, add>(a, b, factors, out, half, from, to);
     }
 
     static constexpr FFTKernels table{

@@ -95,28 +95,40 @@ TEST(FFTBlock, AnyCutOfTheWorkGivesTheSameBits) {
 
 TEST(FFTBlock, ProductsOfSpectraAreThoseOfComplexNumbersAndLeaveTheOtherBinsAlone) {
     constexpr std::int32_t half = 64;
-    const std::vector<float> a = noise(2 * half, 3);
-    const std::vector<float> b = noise(2 * half, 4);
-    const std::vector<float> before = noise(2 * half, 5);
+    std::vector<std::vector<float>> spectra;
+    for (unsigned seed = 3; seed < 13; ++seed)
+        spectra.push_back(noise(2 * half, seed));
+    const std::vector<float> before = noise(2 * half, 13);
     const auto at = [](const std::vector<float>& bins, std::size_t k) {
         return std::complex<double>(bins[k], -bins[half + k]);
     };
+    const auto product = [&](std::size_t a, std::size_t b, std::size_t k) {
+        if (k > 0)
+            return at(spectra[a], k) * at(spectra[b], k);
+        return std::complex<double>(spectra[a][0] * spectra[b][0], -spectra[a][half] * spectra[b][half]); // both real
+    };
     for (const FFTKernels* kernels : allKernels())
         for (const bool add : {false, true})
-            for (const std::int32_t from : {0, 8, 40}) {
-                const std::int32_t to = from + 16;
-                std::vector<float> out = before;
-                (add ? kernels->multiplyAdd : kernels->multiply)(a.data(), b.data(), out.data(), half, from, to);
-                for (std::size_t k = 0; k < half; ++k) {
-                    const bool touched = k >= static_cast<std::size_t>(from) && k < static_cast<std::size_t>(to);
-                    std::complex<double> expected = at(a, k) * at(b, k);
-                    if (k == 0) // bin 0 and the Nyquist bin, each real
-                        expected = {static_cast<double>(a[0] * b[0]), -static_cast<double>(a[half] * b[half])};
-                    if (add || !touched)
-                        expected = at(before, k) + (touched ? expected : 0.0);
-                    ASSERT_LT(std::abs(at(out, k) - expected), 1e-6) << k;
+            for (const std::int32_t factors : {1, 2, 5})
+                for (const std::int32_t from : {0, 16, 48}) {
+                    const std::int32_t to = from + 16;
+                    std::vector<const float*> a;
+                    std::vector<const float*> b;
+                    for (std::size_t factor = 0; factor < static_cast<std::size_t>(factors); ++factor) {
+                        a.push_back(spectra[factor].data());
+                        b.push_back(spectra[9 - factor].data());
+                    }
+                    std::vector<float> out = before;
+                    (add ? kernels->multiplyAdd : kernels->multiply)(a.data(), b.data(), factors, out.data(), half,
+                                                                     from, to);
+                    for (std::size_t k = 0; k < half; ++k) {
+                        const bool touched = k >= static_cast<std::size_t>(from) && k < static_cast<std::size_t>(to);
+                        std::complex<double> expected = add || !touched ? at(before, k) : 0.0;
+                        for (std::size_t factor = 0; touched && factor < a.size(); ++factor)
+                            expected += product(factor, 9 - factor, k);
+                        ASSERT_LT(std::abs(at(out, k) - expected), 1e-6) << k;
+                    }
                 }
-            }
 }
 
 TEST(FFTPlan, AFullScaleSineInABinReadsOneThroughEveryWindow) {
