@@ -113,7 +113,8 @@ void GenericPlugin::handleAsync() {
             adapter->latencyChanged();
         break;
     case messageProgram:
-        loadProgram(argument >> 8, argument & 0xFF);
+        if (sharedSettings().enableProgramChanges)
+            loadProgram(argument >> 8, argument & 0xFF);
         break;
     case messageParameter:
         if (adapter != nullptr && argument < parameterCount())
@@ -237,10 +238,8 @@ void GenericPlugin::receive(const MidiMessage& message) noexcept REALTIME {
 
 // Latency
 
-void GenericPlugin::storeLatency(std::int32_t samples, bool always) {
-    if (latencySamples.exchange(samples, std::memory_order_relaxed) == samples && !always)
-        return;
-    if (adapter == nullptr)
+void GenericPlugin::storeLatency(std::int32_t samples) {
+    if (latencySamples.exchange(samples, std::memory_order_relaxed) == samples || adapter == nullptr)
         return;
     if (onMainThread())
         adapter->latencyChanged();
@@ -269,12 +268,13 @@ std::int32_t GenericPlugin::instanceId() {
     return ownInstanceId;
 }
 
-void GenericPlugin::setInstanceName(std::string_view wanted) {
+void GenericPlugin::setInstanceName(std::string_view wanted, bool tellHost) {
     const bool automatic = wanted.empty();
     if (automatic == automaticName && (automatic || wanted == ownInstanceName))
         return;
     restoreInstanceName(automatic, wanted);
-    tellStateChanged(instanceNamed);
+    if (tellHost)
+        tellStateChanged(instanceNamed);
 }
 
 void GenericPlugin::restoreInstanceName(bool automatic, std::string_view name) {

@@ -114,7 +114,8 @@ public:
     std::int32_t latency() const noexcept { return latencySamples.load(std::memory_order_relaxed); } // [any] samples
     virtual void updateLatency() {}
     const std::string& instanceName() const noexcept { return ownInstanceName; }
-    void setInstanceName(std::string_view wanted); // empty: named after the product, with a number when taken
+    // Empty: named after the product, with a number when taken. The host hears that its state has changed if it shall.
+    void setInstanceName(std::string_view wanted, bool tellHost = true);
     std::int32_t instanceId();                     // given at the first question
     std::int32_t givenInstanceId() const noexcept { return ownInstanceId; } // -1: not yet
     bool hasAutomaticName() const noexcept { return automaticName; }
@@ -193,7 +194,7 @@ protected:
 
     virtual void afterParameterChange(std::int32_t) {}      // id, or -1 at the end of a batch
     virtual void loadProgram(std::int32_t, std::int32_t) {} // bank and program of a MIDI program change
-    void storeLatency(std::int32_t samples, bool always);   // tells the host when it differs, on the main thread
+    void storeLatency(std::int32_t samples); // tells the host when it differs, on the main thread
     void tellListener(std::int32_t code, std::int32_t argument);
     void tellStateChanged(std::int32_t kind); // to the host
     // From a project: the host is not told, it knows.

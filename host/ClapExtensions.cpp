@@ -21,7 +21,7 @@ std::uint32_t tailOf(const clap_plugin* plugin) noexcept {
 }
 
 void trackChanged(const clap_plugin* plugin) noexcept {
-    clapGuard(false, [&] { return ClapPluginAdapter::of(plugin).trackChanged(), true; });
+    clapGuard(false, [&] { return ClapPluginAdapter::of(plugin).nameAfterTrack(true), true; });
 }
 
 bool presetFromLocation(const clap_plugin* plugin, std::uint32_t kind, const char* location, const char*) noexcept {

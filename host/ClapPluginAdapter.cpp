@@ -60,6 +60,7 @@ bool ClapPluginAdapter::init() {
     rebuildPorts();
     host.fetch(clapHost);
     plugin->asyncQueue().bindCarrier(this);
+    nameAfterTrack(false); // the project as the host has it is not changed by this
     return true;
 }
 
@@ -282,10 +283,10 @@ bool ClapPluginAdapter::loadPreset(const char* path) {
     return error.empty();
 }
 
-void ClapPluginAdapter::trackChanged() {
+void ClapPluginAdapter::nameAfterTrack(bool tellHost) {
     std::string name;
     if (plugin->info.has(GenericPluginInfo::instanceNames) && host.trackName(name))
-        plugin->setInstanceName(name);
+        plugin->setInstanceName(name, tellHost);
 }
 
 bool ClapPluginAdapter::selectLayout(int layout) {

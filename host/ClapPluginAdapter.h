@@ -48,7 +48,7 @@ public:
     bool saveState(const clap_ostream& stream);
     bool loadState(const clap_istream& stream);
     bool loadPreset(const char* path);
-    void trackChanged();
+    void nameAfterTrack(bool tellHost); // that the state has changed with the name
 
     // What the halves call.
     void latencyChanged() override;

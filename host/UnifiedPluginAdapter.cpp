@@ -41,6 +41,7 @@ std::unique_ptr<GenericPluginProcessor> UnifiedPluginAdapter::createProcessor(in
 void UnifiedPluginAdapter::changeLayout(int layout) {
     if (layout == plugin->layout())
         return;
+    plugin->takeAutomation(); // what MIDI moved on the old audio side stays
     // Built before the lock is taken and deleted after it is released: neither needs it, and both are long.
     std::unique_ptr<GenericPluginProcessor> replaced = createProcessor(layout);
     {
@@ -103,9 +104,10 @@ float UnifiedPluginAdapter::processorValue(std::int32_t id) const noexcept {
 void UnifiedPluginAdapter::automate(std::int32_t id, float value) noexcept REALTIME {
     if (id < 0 || id >= plugin->parameterCount() || !std::isfinite(value))
         return;
-    plugin->automate(id, value);
-    // The audio side is the owner that hears of it.
+    // The audio side is the owner that hears of it. The editor side is marked last: it then copies the audio side's
+    // value, which must be there by that time.
     trustedRealtime([&] { processor->parameter(id).setValue(value, GenericParameterOwner::silent); });
+    plugin->automate(id, value);
 }
 
 void UnifiedPluginAdapter::programChange(std::int32_t bank, std::int32_t program) noexcept REALTIME {

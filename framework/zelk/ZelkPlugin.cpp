@@ -42,11 +42,11 @@ std::unique_ptr<GenericPlugin::Settings> ZelkPlugin::createSettings() {
 
 void ZelkPlugin::afterParameterChange(std::int32_t id) {
     if (movesLatency(id))
-        storeLatency(latencyAt(static_cast<double>(sampleRate())), false);
+        updateLatency();
 }
 
 void ZelkPlugin::updateLatency() {
-    storeLatency(latencyAt(static_cast<double>(sampleRate())), true);
+    storeLatency(latencyAt(static_cast<double>(sampleRate())));
 }
 
 void ZelkPlugin::createGlobals() {

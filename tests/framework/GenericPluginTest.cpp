@@ -32,7 +32,7 @@ public:
 protected:
     void afterParameterChange(std::int32_t id) override {
         latencyTests.push_back(id);
-        storeLatency(latencyWanted, false);
+        storeLatency(latencyWanted);
     }
 };
 
