@@ -1,0 +1,148 @@
+#include "tests/support/ClapTestHost.h"
+#include "tests/support/TemporaryHome.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+// A host's stream that takes and gives at most so many bytes a call, and fails when the test says so.
+struct Stream {
+    std::string bytes;
+    std::size_t position = 0;
+    std::size_t piece = 4096;
+    std::size_t failAfter = std::string::npos;
+    int putOff = 0; // reads that are answered with "not now"
+    std::int64_t failure = -1;
+    clap_ostream out{this, [](const clap_ostream* self, const void* data, std::uint64_t size) noexcept -> std::int64_t {
+                         Stream& stream = *static_cast<Stream*>(self->ctx);
+                         if (stream.bytes.size() >= stream.failAfter)
+                             return stream.failure;
+                         const std::size_t count = std::min<std::size_t>(size, stream.piece);
+                         stream.bytes.append(static_cast<const char*>(data), count);
+                         return static_cast<std::int64_t>(count);
+                     }};
+    clap_istream in{this, [](const clap_istream* self, void* data, std::uint64_t size) noexcept -> std::int64_t {
+                        Stream& stream = *static_cast<Stream*>(self->ctx);
+                        if (stream.putOff-- > 0)
+                            return -2;
+                        if (stream.position >= stream.failAfter)
+                            return stream.failure;
+                        const std::size_t count = std::min(
+                            {static_cast<std::size_t>(size), stream.piece, stream.bytes.size() - stream.position});
+                        std::memcpy(data, stream.bytes.data() + stream.position, count);
+                        stream.position += count;
+                        return static_cast<std::int64_t>(count);
+                    }};
+};
+
+class ClapStateTest : public testing::Test {
+protected:
+    double valueOf(const ClapTestInstance& of, clap_id id) const {
+        double value = -99.0;
+        EXPECT_TRUE(of.extension<clap_plugin_params>(CLAP_EXT_PARAMS)->get_value(of.plugin, id, &value));
+        return value;
+    }
+    static bool save(const ClapTestInstance& of, Stream& stream) {
+        return of.extension<clap_plugin_state>(CLAP_EXT_STATE)->save(of.plugin, &stream.out);
+    }
+    static bool load(const ClapTestInstance& of, Stream& stream) {
+        return of.extension<clap_plugin_state>(CLAP_EXT_STATE)->load(of.plugin, &stream.in);
+    }
+
+    const ClapTestLibrary library{ZELK_PLUGIN_FILE};
+    ClapTestHost host;
+    ClapTestInstance instance{library, host};
+};
+
+TEST_F(ClapStateTest, AStateMovesAllValuesToAnotherInstanceAndItsAudioWithoutEvents) {
+    instance.start(48000.0, 512);
+    instance.events.addValue(0, 318, 1.0);
+    instance.events.addValue(0, 333, 7.5);
+    instance.events.addValue(0, 312, 2.0);
+    instance.process(512);
+    Stream stream;
+    stream.piece = 7;
+    ASSERT_TRUE(save(instance, stream)) << "what the audio thread moved is part of it, drained or not";
+
+    ClapTestHost otherHost;
+    ClapTestInstance other(library, otherHost);
+    other.start(48000.0, 512);
+    stream.piece = 11;
+    stream.putOff = 3;
+    ASSERT_TRUE(load(other, stream));
+    for (clap_id id = 0; id < 358; ++id)
+        ASSERT_EQ(valueOf(other, id), valueOf(instance, id)) << id;
+    EXPECT_EQ(otherHost.rescans, 1);
+    EXPECT_EQ(otherHost.latencyChanges, 1) << "once for the whole state";
+    EXPECT_EQ(otherHost.dirtyMarks, 0);
+    for (auto& input : other.inputs)
+        input.assign(512, 0.25f);
+    for (int block = 0; block < 12; ++block)
+        other.process(512);
+    EXPECT_EQ(other.outputs[0][511], 0.25f) << "bypassed, with the latency of the state";
+    EXPECT_TRUE(other.taken.values.empty()) << "the host gave these values";
+}
+
+TEST_F(ClapStateTest, AStreamThatFailsOrHoldsSomethingElseChangesNothing) {
+    Stream saved;
+    ASSERT_TRUE(save(instance, saved));
+    instance.events.addValue(0, 3, 6.0);
+    const auto* const params = instance.extension<clap_plugin_params>(CLAP_EXT_PARAMS);
+    params->flush(instance.plugin, instance.events.list(), instance.taken.list());
+
+    const auto expectRefused = [&](Stream& stream) {
+        EXPECT_FALSE(load(instance, stream));
+        EXPECT_EQ(valueOf(instance, 3), 6.0);
+    };
+    for (const std::string& bytes :
+         {std::string(), std::string("TVBS"), saved.bytes.substr(0, 700), std::string(5000, '\xff')}) {
+        Stream stream;
+        stream.bytes = bytes;
+        expectRefused(stream);
+    }
+    Stream broken;
+    broken.bytes = saved.bytes;
+    broken.failAfter = 100;
+    broken.piece = 100;
+    expectRefused(broken);
+    Stream patient;
+    patient.putOff = 1 << 30; // a host that always wants to be asked again
+    expectRefused(patient);
+    EXPECT_EQ(host.rescans, 0);
+
+    for (const std::int64_t failure : {std::int64_t{-1}, std::int64_t{0}}) {
+        Stream full;
+        full.piece = 100;
+        full.failAfter = 500;
+        full.failure = failure;
+        EXPECT_FALSE(save(instance, full));
+    }
+    const auto* const state = instance.extension<clap_plugin_state>(CLAP_EXT_STATE);
+    EXPECT_FALSE(state->save(instance.plugin, nullptr));
+    EXPECT_FALSE(state->load(instance.plugin, nullptr));
+}
+
+TEST_F(ClapStateTest, APresetThatIsNoneIsReportedAndChangesNothing) {
+    const TemporaryHome home;
+    home.write("not a preset.tvp", "garbage");
+    const auto* const presets = instance.extension<clap_plugin_preset_load>(CLAP_EXT_PRESET_LOAD);
+    ASSERT_NE(presets, nullptr);
+    instance.events.addValue(0, 3, 6.0);
+    const auto* const params = instance.extension<clap_plugin_params>(CLAP_EXT_PARAMS);
+    params->flush(instance.plugin, instance.events.list(), instance.taken.list());
+    const std::string path = home.path() + "not a preset.tvp";
+    EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_FILE, path.c_str(), nullptr));
+    EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_FILE,
+                                        (home.path() + "absent.tvp").c_str(), nullptr));
+    EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_FILE, nullptr, nullptr));
+    EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_PLUGIN, path.c_str(), "key"));
+    EXPECT_EQ(valueOf(instance, 3), 6.0);
+    EXPECT_EQ(host.dirtyMarks, 0);
+}
+
+} // namespace

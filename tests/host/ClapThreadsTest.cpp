@@ -1,0 +1,167 @@
+// Both threads at once, on the classes themselves, so that the tools see every access.
+#include "framework/AbstractPluginParameter.h"
+#include "framework/ChangeBracket.h"
+#include "framework/zelk/ZelkInit.h"
+#include "host/ClapDescriptorBlock.h"
+#include "host/ClapPluginAdapter.h"
+#include "tests/support/ClapTestHost.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <random>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr std::uint32_t blockFrames = 64;
+
+// An instance whose audio thread runs blocks full of automation until it is told to stop.
+class BusyInstance {
+public:
+    BusyInstance() : plugin((new ClapPluginAdapter(host.host, block.plugin))->clapPlugin()) {
+        if (!plugin->init(plugin))
+            throw std::runtime_error("no instance");
+    }
+    ~BusyInstance() { plugin->destroy(plugin); }
+    BusyInstance(const BusyInstance&) = delete;
+    BusyInstance& operator=(const BusyInstance&) = delete;
+
+    ClapPluginAdapter& adapter() { return ClapPluginAdapter::of(plugin); }
+
+    void startAudio(unsigned seed) {
+        ASSERT_TRUE(plugin->activate(plugin, 48000.0, 1, blockFrames));
+        stopping = false;
+        audio = std::thread([this, seed] { runAudio(seed); });
+    }
+    void stopAudio() {
+        stopping = true;
+        audio.join();
+        plugin->deactivate(plugin);
+        plugin->on_main_thread(plugin);
+    }
+    int blocks() const { return blockCount; }
+
+private:
+    static ClapDescriptorBlock describe() {
+        GenericPluginInfo info;
+        const ZelkInit product(info);
+        return ClapDescriptorBlock(info);
+    }
+
+    ClapDescriptorBlock block = describe();
+
+public:
+    ClapTestHost host;
+    const clap_plugin* plugin;
+
+private:
+    void runAudio(unsigned seed) {
+        std::mt19937 random(seed);
+        plugin->start_processing(plugin);
+        const std::size_t channels = adapter().outputPort().channel_count;
+        std::vector<std::vector<float>> sound(3 * channels, std::vector<float>(blockFrames, 0.1f));
+        std::vector<float*> pointers;
+        for (auto& channel : sound)
+            pointers.push_back(channel.data());
+        const auto count = static_cast<std::uint32_t>(channels);
+        clap_audio_buffer inputs[] = {{pointers.data(), nullptr, count, 0, 0},
+                                      {pointers.data() + channels, nullptr, count, 0, 0}};
+        clap_audio_buffer output{pointers.data() + 2 * channels, nullptr, count, 0, 0};
+        ClapTestEvents events;
+        ClapTestOutput taken;
+        clap_process process{};
+        process.frames_count = blockFrames;
+        process.audio_inputs = inputs;
+        process.audio_inputs_count = 2;
+        process.audio_outputs = &output;
+        process.audio_outputs_count = 1;
+        process.in_events = events.list();
+        process.out_events = taken.list();
+        while (!stopping) {
+            events.clear();
+            taken.values.clear();
+            for (std::uint32_t i = 0; i < 6; ++i) {
+                const auto id = static_cast<clap_id>(random() % 358);
+                events.addValue(i * 10, id, static_cast<double>(random() % 1000) / 100.0 - 2.0);
+                events.addMidi(i * 10, 0xB0, static_cast<std::uint8_t>(random() % 128), 64);
+            }
+            plugin->process(plugin, &process);
+            ++blockCount;
+            std::this_thread::yield();
+        }
+        plugin->stop_processing(plugin);
+    }
+
+    std::thread audio;
+    std::atomic<bool> stopping{false};
+    std::atomic<int> blockCount{0};
+};
+
+void editAsTheInterfaceDoes(BusyInstance& instance, std::mt19937& random) {
+    GenericPlugin& editor = instance.adapter().editorSide();
+    const auto anyId = [&random] { return static_cast<std::int32_t>(random() % 358); };
+    editor.parameter(anyId()).setValue(static_cast<float>(random() % 100) / 50.0f - 1.0f, 0);
+    {
+        const ChangeBracket batch(editor);
+        for (int i = 0; i < 5; ++i)
+            editor.parameter(anyId()).setValue(static_cast<float>(random() % 3), i % 2);
+        editor.markJump();
+    }
+    const std::int32_t id = anyId();
+    EXPECT_FALSE(editor.parameter(id).text(editor.parameter(id).value()).empty());
+    editor.controllerMapping().assign(static_cast<std::int32_t>(random() % 128), anyId());
+    editor.receive({0x90, 60, 100, 0, 0});
+}
+
+void askAsTheHostDoes(BusyInstance& instance, std::mt19937& random) {
+    const clap_plugin* const plugin = instance.plugin;
+    const auto table = [plugin](const char* id) { return plugin->get_extension(plugin, id); };
+    const auto* const params = static_cast<const clap_plugin_params*>(table(CLAP_EXT_PARAMS));
+    const auto* const ports = static_cast<const clap_plugin_audio_ports*>(table(CLAP_EXT_AUDIO_PORTS));
+    const auto* const track = static_cast<const clap_plugin_track_info*>(table(CLAP_EXT_TRACK_INFO));
+    double value = 0.0;
+    EXPECT_TRUE(params->get_value(plugin, static_cast<clap_id>(random() % 358), &value));
+    clap_audio_port_info info{};
+    EXPECT_TRUE(ports->get(plugin, 1, true, &info));
+    instance.host.trackName = std::to_string(random() % 4);
+    track->changed(plugin);
+    if (random() % 8 == 0) {
+        std::stringstream state;
+        EXPECT_TRUE(instance.adapter().editorSide().writeParameterBlock(state));
+    }
+    plugin->on_main_thread(plugin);
+}
+
+TEST(ClapThreads, AutomationMeetsEditsBatchesQuestionsAndNewPortsAndBothSidesEndEqual) {
+    BusyInstance instance;
+    std::mt19937 random(11);
+    for (const int layout : {1, 12, 0, 28}) {
+        ASSERT_TRUE(instance.adapter().selectLayout(layout));
+        const int before = instance.blocks();
+        instance.startAudio(static_cast<unsigned>(layout));
+        while (instance.blocks() < before + 150) {
+            editAsTheInterfaceDoes(instance, random);
+            askAsTheHostDoes(instance, random);
+        }
+        instance.stopAudio();
+        for (std::int32_t id = 0; id < 358; ++id)
+            ASSERT_EQ(instance.adapter().editorSide().parameter(id).value(),
+                      instance.adapter().audioSide().parameter(id).value())
+                << "layout " << layout << ", parameter " << id;
+    }
+}
+
+TEST(ClapThreads, InstancesComeAndGoWhileOthersPlay) {
+    BusyInstance playing;
+    playing.startAudio(3);
+    while (playing.blocks() < 100) {
+        const BusyInstance passing;
+        playing.plugin->on_main_thread(playing.plugin);
+    }
+    playing.stopAudio();
+}
+
+} // namespace
