@@ -105,44 +105,4 @@ TEST(ZelkPlugin, WhatInstancesShareGoesWithTheLast) {
     EXPECT_EQ(PluginInstances::ofProcess().shared<Probe>(), nullptr);
 }
 
-TEST(ZelkPlugin, TheParameterBlockComesBackAndADamagedOneChangesNothing) {
-    ZelkPlugin plugin;
-    plugin.soloGain.setValue(5.0f, 0);
-    plugin.bands.set(3).frequency.setValue(12.0f, 0);
-    std::ostringstream saved;
-    ASSERT_TRUE(plugin.writeParameterBlock(saved));
-    const std::string bytes = saved.str();
-    ASSERT_EQ(bytes.size(), 12u + 4u * 358u);
-    ZelkPlugin other;
-    const auto load = [&other](const std::string& content) {
-        std::istringstream stream(content);
-        return other.readParameterBlock(stream);
-    };
-    std::string foreign = bytes;
-    foreign[0] = 'X';
-    std::string negative = bytes;
-    negative[11] = '\xff';
-    std::string endless = bytes;
-    endless[11] = '\x7f';
-    for (const std::string& damaged :
-         {std::string(), bytes.substr(0, 11), bytes.substr(0, bytes.size() - 1), foreign, negative, endless}) {
-        EXPECT_FALSE(load(damaged));
-        EXPECT_EQ(other.soloGain.get(), 0.0f);
-    }
-    EXPECT_FALSE(other.currentPreset().modified());
-    ASSERT_TRUE(load(bytes));
-    EXPECT_EQ(other.soloGain.get(), 5.0f);
-    EXPECT_EQ(other.bands.set(3).frequency.get(), 12.0f);
-    // A block of fewer values: the others go to their defaults. Of more: they are read and dropped.
-    std::string shorter = bytes.substr(0, 12 + 4 * 10);
-    shorter[8] = 10;
-    shorter[9] = 0;
-    ASSERT_TRUE(load(shorter));
-    EXPECT_EQ(other.soloGain.get(), 0.0f);
-    std::string longer = bytes + "abcd";
-    longer[8] = static_cast<char>(359 & 255);
-    ASSERT_TRUE(load(longer));
-    EXPECT_EQ(other.soloGain.get(), 5.0f);
-}
-
 } // namespace
