@@ -125,10 +125,8 @@ void overSettings(FilterShape shape, FilterSlope slope, double sampleRate, doubl
     constexpr float noQ[] = {1.0f};
     const std::span<const float> usedGains =
         AnalogFilterPrototype::hasGain(shape) ? std::span<const float>(gains) : noGain;
-    const bool brickwall =
-        slope == FilterSlope::brickwall && (shape == FilterShape::lowPass || shape == FilterShape::highPass);
     const std::span<const float> usedQs =
-        shape == FilterShape::flatTilt || brickwall ? std::span<const float>(noQ) : qs;
+        shape == FilterShape::flatTilt || isBrickwall(shape, slope) ? std::span<const float>(noQ) : qs;
     for (double hz = 10.0; hz < 30001.0; hz *= step)
         for (const float q : usedQs)
             for (const float gain : usedGains)
@@ -157,8 +155,7 @@ Cell measure(FilterShape shape, FilterSlope slope, double sampleRate) {
 bool isOwnRow(FilterShape shape, FilterSlope slope) {
     if (shape == FilterShape::flatTilt)
         return slope == FilterSlope::db12;
-    const bool cut = shape == FilterShape::lowPass || shape == FilterShape::highPass;
-    return slope == FilterSlope::brickwall ? cut : slopeIsExact(shape, slope);
+    return isBrickwall(shape, slope) || (slope != FilterSlope::brickwall && slopeIsExact(shape, slope));
 }
 
 void printTables() {

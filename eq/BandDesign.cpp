@@ -15,10 +15,6 @@ bool hasShelfQ(FilterShape shape) {
            shape == FilterShape::flatTilt;
 }
 
-bool isBrickwall(FilterShape shape, FilterSlope slope) {
-    return slope == FilterSlope::brickwall && (shape == FilterShape::lowPass || shape == FilterShape::highPass);
-}
-
 std::int32_t orderOf(FilterSlope slope) {
     return orders[static_cast<std::size_t>(slope)];
 }
@@ -32,6 +28,10 @@ std::int32_t order(FilterShape shape, FilterSlope slope) noexcept REALTIME {
         return 6;
     const std::int32_t asked = orderOf(slope);
     return AnalogFilterPrototype::isBandShape(shape) ? asked + asked % 2 : asked;
+}
+
+bool isBrickwall(FilterShape shape, FilterSlope slope) noexcept REALTIME {
+    return slope == FilterSlope::brickwall && (shape == FilterShape::lowPass || shape == FilterShape::highPass);
 }
 
 bool slopeIsExact(FilterShape shape, FilterSlope slope) noexcept REALTIME {

@@ -15,6 +15,8 @@ inline constexpr double flatTiltHz = 640.0; // the middle of a flat tilt, wherev
 
 // Of the whole filter, 1 to 16; even for band shapes.
 std::int32_t order(FilterShape shape, FilterSlope slope) noexcept REALTIME;
+// An elliptic design without Q: a cut at the steepest slope.
+bool isBrickwall(FilterShape shape, FilterSlope slope) noexcept REALTIME;
 // False where the order is one more than the slope says.
 bool slopeIsExact(FilterShape shape, FilterSlope slope) noexcept REALTIME;
 
