@@ -76,6 +76,20 @@ TEST(MagnitudeMatch, TheFitMeetsItsFivePoints) {
     EXPECT_GE(met, 12); // of 18
 }
 
+TEST(MagnitudeMatch, ASharpHighBellIsHeldFromBelowItsPeak) {
+    for (const FilterSlope slope : {FilterSlope::db24, FilterSlope::db96}) {
+        AnalogFilterPrototype prototype;
+        const Band band{.slope = slope, .frequencyHz = 15000.0, .q = 40.0f, .gainDb = 12.0f};
+        band.designTo(prototype);
+        for (std::size_t i = 0; i < prototype.used().size(); ++i) {
+            const MatchPoints points = matchPoints(prototype, i);
+            const double peak = prototype.sections[i].findExtrema(1e-6).first;
+            EXPECT_LT(points.b, points.c);
+            EXPECT_LT(points.c, peak);
+        }
+    }
+}
+
 TEST(MagnitudeMatch, AFlatBandIsAPlainGainOfOne) {
     for (const FilterSlope slope : {FilterSlope::db12, FilterSlope::db96}) {
         for (const SectionForm form : {SectionForm::direct, SectionForm::stateVariable}) {
