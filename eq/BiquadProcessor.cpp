@@ -20,10 +20,9 @@ std::size_t mostRuns(const wave::Environment& environment, std::int32_t granular
 } // namespace
 
 BiquadProcessor::BiquadProcessor(wave::Environment& owner, std::size_t sections, std::int32_t granularity)
-    : BiquadProcessor(
-          owner, sections,
-          std::make_unique<Queues>(Queues{CoefficientQueue<double>(mostRuns(owner, granularity), sections * rowLength),
-                                          CoefficientQueue<float>(mostRuns(owner, granularity), 1)})) {}
+    : BiquadProcessor(owner, sections,
+                      std::make_unique<Queues>(Queues{RowQueue(mostRuns(owner, granularity), sections * rowLength),
+                                                      ScaleQueue(mostRuns(owner, granularity), 1)})) {}
 
 BiquadProcessor::BiquadProcessor(wave::Environment& owner, std::size_t sections, std::unique_ptr<Queues> queues)
     : environment(owner)

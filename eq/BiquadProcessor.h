@@ -63,8 +63,8 @@ public:
     std::size_t getSectionCount() const noexcept REALTIME { return sectionCount; }
     float getMix() const noexcept REALTIME { return mix; }
     PendingReset getPendingReset() const noexcept REALTIME { return pendingReset; }
-    const CoefficientQueue<double>& getRows() const noexcept REALTIME { return *rows; }
-    const CoefficientQueue<float>& getScales() const noexcept REALTIME { return *scales; }
+    const RowQueue& getRows() const noexcept REALTIME { return *rows; }
+    const ScaleQueue& getScales() const noexcept REALTIME { return *scales; }
 
     wave::Environment& environment;
     Property<ResetMode> resetMode{nullptr, ResetMode::resetClear};
@@ -72,8 +72,8 @@ public:
 
 private:
     struct Queues {
-        CoefficientQueue<double> rows;
-        CoefficientQueue<float> scales;
+        RowQueue rows;
+        ScaleQueue scales;
     };
 
     BiquadProcessor(wave::Environment& owner, std::size_t sections, std::unique_ptr<Queues> queues);
@@ -89,8 +89,8 @@ private:
     double* memoryOf(std::size_t section) noexcept REALTIME;
 
     std::unique_ptr<Queues> ownQueues; // null: those of another
-    CoefficientQueue<double>* rows;
-    CoefficientQueue<float>* scales;
+    RowQueue* rows;
+    ScaleQueue* scales;
     BiquadProcessor* partner = nullptr; // of a linked pair; not owned
     SectionForm form = SectionForm::direct;
     std::size_t sectionCount = 1;

@@ -1,5 +1,6 @@
 #include "eq/BiquadSections.h"
 
+#include <array>
 #include <cmath>
 
 namespace {
@@ -84,13 +85,25 @@ void convertSectionMemory(SectionForm oldForm, const double* row, double* memory
 }
 
 std::complex<double> cascadeResponse(const double* rows, std::size_t sectionCount, double w) noexcept REALTIME {
-    const std::complex<double> z1 = std::polar(1.0, -w); // one sample's delay
-    const std::complex<double> z2 = z1 * z1;
-    std::complex<double> product = 1.0;
-    for (std::size_t s = 0; s < sectionCount; ++s, rows += sectionLength) {
-        const std::complex<double> denominator = 1.0 + rows[3] * z1 + rows[4] * z2;
-        if (denominator != 0.0)
-            product *= (rows[0] + rows[1] * z1 + rows[2] * z2) / denominator;
+    ResponseProduct product(1);
+    multiplyCascade(product, rows, sectionCount, {&w, 1});
+    return product.value(0);
+}
+
+void multiplyCascade(ResponseProduct& product, const double* rows, std::size_t sectionCount,
+                     std::span<const double> frequencies) noexcept REALTIME {
+    std::array<double, ResponseProduct::most> re1, im1, re2, im2; // of the delay by a sample and by two
+    for (std::size_t i = 0; i < frequencies.size(); ++i) {
+        re1[i] = std::cos(frequencies[i]);
+        im1[i] = -std::sin(frequencies[i]);
+        re2[i] = re1[i] * re1[i] - im1[i] * im1[i];
+        im2[i] = 2.0 * re1[i] * im1[i];
     }
-    return product;
+    for (std::size_t s = 0; s < sectionCount; ++s, rows += sectionLength) {
+        const double b0 = rows[0], b1 = rows[1], b2 = rows[2], a1 = rows[3], a2 = rows[4];
+        product.multiply([&](std::size_t i) {
+            return ResponseProduct::Factor{b0 + b1 * re1[i] + b2 * re2[i], b1 * im1[i] + b2 * im2[i],
+                                           1.0 + a1 * re1[i] + a2 * re2[i], a1 * im1[i] + a2 * im2[i]};
+        });
+    }
 }

@@ -6,12 +6,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <span>
 
-// T is double for the coefficients of sections, float for the share of the filtered signal. The content lives from the
-// calculation of the coefficients to the end of the processing, so filters that run one after another can share one.
-template <typename T>
+// Rows of whole groups of values: of 5 doubles, the coefficients of a section, or of 1 float, the share of the filtered
+// signal. The content lives from the calculation of the coefficients to the end of the processing, so filters that run
+// one after another can share one.
+template <typename T, std::size_t group>
 class CoefficientQueue {
 public:
     CoefficientQueue(std::size_t mostRuns, std::size_t longestRow);
@@ -34,6 +36,9 @@ public:
     std::size_t getLongestRow() const noexcept REALTIME { return longestRow; }
 
 private:
+    bool equalsLast(const T* row) const noexcept REALTIME;
+    void copyRow(const T* from, std::size_t run) noexcept REALTIME;
+
     const std::size_t capacity; // runs
     const std::size_t longestRow;
     std::size_t rowLength;
@@ -42,5 +47,37 @@ private:
     std::size_t used = 0; // runs
 };
 
-extern template class CoefficientQueue<float>;
-extern template class CoefficientQueue<double>;
+using RowQueue = CoefficientQueue<double, 5>;
+using ScaleQueue = CoefficientQueue<float, 1>;
+
+extern template class CoefficientQueue<double, 5>;
+extern template class CoefficientQueue<float, 1>;
+
+// Inline, and in groups of a fixed size: a gain that moves queues a row for every sample.
+template <typename T, std::size_t group>
+inline bool CoefficientQueue<T, group>::equalsLast(const T* row) const noexcept REALTIME {
+    const T* const last = rows.get() + (used - 1) * rowLength;
+    for (std::size_t i = 0; i < rowLength; i += group)
+        if (std::memcmp(last + i, row + i, group * sizeof(T)) != 0)
+            return false;
+    return true;
+}
+
+template <typename T, std::size_t group>
+inline void CoefficientQueue<T, group>::copyRow(const T* from, std::size_t run) noexcept REALTIME {
+    T* const to = rows.get() + run * rowLength;
+    for (std::size_t i = 0; i < rowLength; i += group)
+        std::memcpy(to + i, from + i, group * sizeof(T));
+}
+
+template <typename T, std::size_t group>
+inline void CoefficientQueue<T, group>::enqueue(std::int32_t count, const T* row) noexcept REALTIME {
+    const auto length = static_cast<std::uint32_t>(count);
+    if (used == 0 || (used < capacity && !equalsLast(row))) {
+        lengths[used] = length;
+        ++used;
+    } else {
+        lengths[used - 1] += length;
+    }
+    copyRow(row, used - 1);
+}

@@ -15,7 +15,7 @@ std::uint32_t sum(std::span<const std::uint32_t> lengths) {
 }
 
 TEST(CoefficientQueue, JoinsEqualRowsAndNeverOverflows) {
-    CoefficientQueue<double> queue(3, 5);
+    RowQueue queue(3, 5);
     const double row[] = {1.0, -0.0, 3.0, 4.0, 5.0};
     double other[] = {1.0, 0.0, 3.0, 4.0, 5.0}; // differs by one bit
     queue.enqueue(10, row);

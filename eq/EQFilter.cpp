@@ -1,0 +1,261 @@
+#include "eq/EQFilter.h"
+
+#include "base/FloatTolerance.h"
+#include "eq/BandDesign.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <span>
+
+namespace {
+
+constexpr float coarseStep = 0.1f;           // octaves that a row may lag behind between two looks at all settings
+constexpr std::int32_t coarsePeriod = 4;     // samples between two looks at the frequency
+constexpr std::int32_t finePeriod = 32;      // samples between two looks at all settings
+constexpr float smallestGain = 0.01f;        // dB that is designed: below, sections would be flat and have no poles
+constexpr float fadeGain = 0.05f;            // dB below which the filtered signal fades out
+constexpr float highestTangent = 3.1315928f; // radians per sample, 0.01 below Nyquist
+
+// An interpolated row needs poles at both ends. A flat section has none: it takes those of its counterpart and stays
+// the same constant gain.
+void lendPoles(const double* section, double* flat) noexcept {
+    const double constant = flat[2];
+    flat[0] = section[0];
+    flat[1] = section[1];
+    flat[3] = (section[1] - section[0]) * constant;
+    flat[4] = constant;
+}
+
+} // namespace
+
+EQFilter::EQFilter(wave::Environment& owner, std::size_t sections, std::int32_t granularity)
+    : BiquadFilter(owner, sections, granularity)
+    , coefficientCalculation(this, CoefficientCalculation::magnitudeMatch)
+    , frequency(owner, 10.0f, 0.0f, 15.0f)
+    , gain(owner, 0.0f, -maxGainDb, maxGainDb)
+    , gainModulated(this, false)
+    , q(owner, 1.0f, 0.025f, 40.0f)
+    , shape(this, FilterShape::bell)
+    , slope(this, FilterSlope::db12) {
+    initialise();
+}
+
+EQFilter::EQFilter(wave::Environment& owner, std::size_t sections, EQFilter& queueOwner)
+    : BiquadFilter(owner, sections, queueOwner)
+    , coefficientCalculation(this, CoefficientCalculation::magnitudeMatch)
+    , frequency(owner, 10.0f, 0.0f, 15.0f)
+    , gain(owner, 0.0f, -maxGainDb, maxGainDb)
+    , gainModulated(this, false)
+    , q(owner, 1.0f, 0.025f, 40.0f)
+    , shape(this, FilterShape::bell)
+    , slope(this, FilterSlope::db12) {
+    initialise();
+}
+
+void EQFilter::initialise() {
+    processor.resetMode = BiquadProcessor::ResetMode::resetFollowInput; // as after every change to such a shape
+    wReference = static_cast<float>(2.0 * std::numbers::pi * flatTiltHz / static_cast<double>(environment.sampleRate));
+}
+
+void EQFilter::reset() noexcept REALTIME {
+    BiquadFilter::reset();
+    markChanged();
+    lastGain = 0.0f;
+    gainLow = gainHigh = 0.0f;
+    bracketActive = false;
+    lastQ = 1.0f;
+    w0 = 1.0f;
+    wReference = static_cast<float>(2.0 * std::numbers::pi * flatTiltHz / static_cast<double>(environment.sampleRate));
+}
+
+void EQFilter::clearLink() noexcept REALTIME {
+    BiquadFilter::clearLink();
+    markChanged();
+    if (getPartner() != nullptr)
+        static_cast<EQFilter*>(getPartner())->markChanged();
+}
+
+void EQFilter::propertyChanged(AbstractProperty& property) {
+    BiquadFilter::propertyChanged(property);
+    if (&property == &enabled) {
+        if (enabled)
+            markChanged();
+        return;
+    }
+    markChanged();
+    if (&property == &shape || &property == &slope) {
+        const bool brickwall =
+            slope == FilterSlope::brickwall && (shape == FilterShape::lowPass || shape == FilterShape::highPass);
+        processor.resetMode =
+            brickwall ? BiquadProcessor::ResetMode::resetClear : BiquadProcessor::ResetMode::resetFollowInput;
+        processor.requestReset();
+    }
+    if (&property != &coefficientCalculation)
+        updateForm();
+}
+
+void EQFilter::updateForm() noexcept REALTIME {
+    // Of a linked pair only one calculates: its row is that of both channels.
+    const EQFilter* inUse = this;
+    if (processor.isLinked() && getPartner() != nullptr) {
+        const auto* const partner = static_cast<const EQFilter*>(getPartner());
+        if (partner->calculated > calculated)
+            inUse = partner;
+    }
+    const bool moves = gainModulated && AnalogFilterPrototype::hasGain(shape);
+    processor.setForm(moves ? SectionForm::stateVariable : SectionForm::direct, inUse->currentRow.data());
+}
+
+void EQFilter::calculateCoefficients(std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {
+    calculated = environment.position + 1;
+    const wave::BasicBlock<float>& frequencies = frequency.read(count);
+    const wave::BasicBlock<float>& qs = q.read(count);
+    const wave::BasicBlock<float>& gains =
+        AnalogFilterPrototype::hasGain(shape) ? gain.read(count) : environment.zeroBlock;
+    sectionCount = static_cast<std::size_t>((order(shape, slope) + 1) / 2);
+    wanted.setSectionCount(sectionCount);
+
+    const Values values{frequencies.data(), gains.data(), qs.data()};
+    if (frequencies.isConstant != 0 && qs.isConstant != 0 && gains.isConstant != 0) {
+        if (bracketActive || differs(values, 0)) {
+            updateFrequency(values.frequency[0], values.q[0]);
+            designRow(values.gain[0], false);
+        }
+        wanted.enqueue(count, currentRow.data(), mixScale);
+    } else if (gainModulated && gains.isConstant == 0) {
+        followGain(values, count, wanted);
+    } else {
+        followFrequency(values, count, wanted);
+    }
+}
+
+bool EQFilter::differs(const Values& values, std::int32_t i) const noexcept REALTIME {
+    return !nearlyEqual(values.frequency[i], lastFrequency) || !nearlyEqual(values.gain[i], lastGain) ||
+           !nearlyEqual(values.q[i], lastQ);
+}
+
+// A gain that moves costs an interpolation a sample; only a frequency or Q that moved costs a design.
+void EQFilter::followGain(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {
+    std::int32_t begin = 0;
+    for (std::int32_t i = 0; i < count; ++i) {
+        bool moved = i % coarsePeriod == 0 && std::fabs(values.frequency[i] - lastFrequency) > coarseStep;
+        if (i % finePeriod == 0)
+            moved = moved || !nearlyEqual(values.q[i], lastQ) || !nearlyEqual(values.frequency[i], lastFrequency);
+        if (!moved && nearlyEqual(values.gain[i], lastGain))
+            continue;
+        if (i > begin)
+            wanted.enqueue(i - begin, currentRow.data(), mixScale);
+        begin = i;
+        if (moved)
+            updateFrequency(values.frequency[i], values.q[i]);
+        designRow(values.gain[i], !moved);
+    }
+    wanted.enqueue(count - begin, currentRow.data(), mixScale);
+}
+
+void EQFilter::followFrequency(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {
+    std::int32_t begin = 0;
+    for (std::int32_t i = 0; i < count; i += coarsePeriod) {
+        const bool moved = i % finePeriod == 0 ? bracketActive || differs(values, i)
+                                               : std::fabs(values.frequency[i] - lastFrequency) > coarseStep;
+        if (!moved)
+            continue;
+        if (i > begin)
+            wanted.enqueue(i - begin, currentRow.data(), mixScale);
+        begin = i;
+        updateFrequency(values.frequency[i], values.q[i]);
+        designRow(values.gain[i], false);
+    }
+    wanted.enqueue(count - begin, currentRow.data(), mixScale);
+}
+
+void EQFilter::updateFrequency(float newFrequency, float newQ) noexcept REALTIME {
+    lastFrequency = newFrequency;
+    lastQ = newQ;
+    const float hz = std::max(std::exp2(std::min(lastFrequency, 20.0f)), 1.0f);
+    w0 = static_cast<float>(2.0 * static_cast<double>(hz) * std::numbers::pi /
+                            static_cast<double>(environment.sampleRate));
+    designQ = lastQ;
+    if (coefficientCalculation == CoefficientCalculation::bilinearCompensated &&
+        AnalogFilterPrototype::isBandShape(shape))
+        designQ = lastQ * 0.5f * w0 / std::tan(std::min(w0, highestTangent) * 0.5f);
+}
+
+void EQFilter::designRow(float newGain, bool interpolate) noexcept REALTIME {
+    lastGain = newGain;
+    mixScale = 1.0f;
+    float designed = newGain;
+    if (AnalogFilterPrototype::hasGain(shape)) {
+        const float size = std::fabs(newGain);
+        if (size < fadeGain)
+            mixScale = size * 20.0f; // 1 / fadeGain
+        if (size < smallestGain)
+            designed = newGain < 0.0f ? -smallestGain : smallestGain;
+        else
+            designed = std::clamp(newGain, -maxGainDb, maxGainDb); // a sum of gains can be larger
+    }
+    if (interpolate && bracket(designed)) {
+        bracketActive = true;
+        interpolateRow(designed);
+        return;
+    }
+    bracketActive = false;
+    designAt(designed, currentRow);
+    gainLow = gainHigh = designed;
+}
+
+void EQFilter::designAt(float gainDb, Row& row) noexcept REALTIME {
+    designBand(shape, slope, gainDb, designQ, static_cast<double>(w0), prototype, static_cast<double>(wReference));
+    coefficients(prototype, row, coefficientCalculation, processor.getForm());
+}
+
+// Goes to the dB above or below. False, with nothing changed, when the gain is not there either.
+bool EQFilter::bracket(float gainDb) noexcept REALTIME {
+    if (bracketActive && gainLow <= gainDb && gainDb <= gainHigh)
+        return true;
+    const bool up = gainDb > gainLow;
+    float low = up ? gainHigh : gainLow - 1.0f;
+    float high = up ? gainHigh + 1.0f : gainLow;
+    if (high > maxGainDb) {
+        low = maxGainDb - 1.0f;
+        high = maxGainDb;
+    } else if (low < -maxGainDb) {
+        low = -maxGainDb;
+        high = 1.0f - maxGainDb;
+    } else if (low <= 0.0f && high >= 0.0f) {
+        low = gainDb >= 0.0f ? smallestGain : -1.0f - smallestGain;
+        high = low + 1.0f;
+    }
+    if (gainDb < low || gainDb > high)
+        return false;
+
+    const bool keepsLow = nearlyEqual(high, gainLow); // the lower end becomes the upper one
+    const bool keepsHigh = !keepsLow && nearlyEqual(low, gainHigh);
+    if (keepsLow)
+        highRow = bracketActive ? lowRow : currentRow;
+    else if (keepsHigh)
+        lowRow = bracketActive ? highRow : currentRow;
+    if (!keepsHigh)
+        designAt(low, lowRow);
+    if (!keepsLow)
+        designAt(high, highRow);
+    gainLow = low;
+    gainHigh = high;
+    for (std::size_t s = 0; s < sectionCount; ++s) {
+        double* const lower = lowRow.data() + s * sectionLength;
+        double* const upper = highRow.data() + s * sectionLength;
+        if (lower[0] == 0.0 && upper[0] != 0.0)
+            lendPoles(upper, lower);
+        else if (upper[0] == 0.0 && lower[0] != 0.0)
+            lendPoles(lower, upper);
+    }
+    return true;
+}
+
+void EQFilter::interpolateRow(float gainDb) noexcept REALTIME {
+    const double distance = static_cast<double>(gainDb - gainLow); // dB; the bracket is 1 dB wide
+    const std::size_t used = sectionCount * sectionLength;
+    for (std::size_t i = 0; i < used; ++i)
+        currentRow[i] = lowRow[i] + (highRow[i] - lowRow[i]) * distance;
+}

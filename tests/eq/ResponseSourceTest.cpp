@@ -1,0 +1,157 @@
+#include "eq/EQResponses.h"
+
+#include "eq/BandDesign.h"
+#include "eq/NaturalPhaseFrequencyResponseSource.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+using Mapping = DiscreteFrequencyResponseSource::Mapping;
+using Complex = std::complex<float>;
+
+constexpr int steps = 256; // of a grid up to Nyquist at 48 kHz, as the kernel of Natural Phase has it
+
+struct Grid {
+    Grid() : mapping(false, 0.0f, 24000.0f, steps), radians(steps + 1) {
+        for (int i = 0; i <= steps; ++i)
+            radians[i] =
+                static_cast<float>(2.0 * std::numbers::pi * static_cast<double>(mapping.frequency(i)) / 48000.0);
+    }
+
+    Mapping mapping;
+    AlignedBuffer<float> radians;
+};
+
+// A band with all that can be read from it.
+struct Band {
+    Band(Grid& grid, FilterShape shape, double hz, float q, float gainDb, FilterSlope slope = FilterSlope::db12)
+        : magnitude(grid.mapping, grid.radians, prototype)
+        , analog(grid.mapping, grid.radians, prototype)
+        , digital(grid.mapping, grid.radians, prototype) {
+        const double turn = 2.0 * std::numbers::pi;
+        designBand(shape, slope, gainDb, q, turn * hz / 48000.0, prototype, turn * flatTiltHz / 48000.0);
+        coefficients(prototype, digital.row, CoefficientCalculation::magnitudeMatch, SectionForm::direct);
+        magnitude.reserve(steps + 1);
+        analog.resize(steps + 1);
+        digital.resize(steps + 1);
+    }
+
+    AnalogFilterPrototype prototype;
+    EQMagnitudeResponse magnitude;
+    EQAnalogResponse analog;
+    EQBiquadResponse digital;
+};
+
+TEST(ResponseMapping, PlacesBinsAndTellsItsListenersOfChanges) {
+    struct Listener {
+        void heard() { ++count; }
+        int count = 0;
+    } listener;
+    Mapping mapping(false, 0.0f, 24000.0f, 256);
+    mapping.changed.add(&listener, &Listener::heard);
+    EXPECT_EQ(mapping.frequency(128), 12000.0f); // beyond what is stored
+    EXPECT_EQ(mapping.frequency(256), 24000.0f);
+    EXPECT_EQ(mapping.nearestIndex(12046.0f), 128);
+    EXPECT_EQ(mapping.nearestIndex(12046.875f), 129); // half way goes up
+    mapping.logarithmic = true;
+    mapping.start = 20.0f;
+    mapping.end = 20480.0f;
+    mapping.count = 10;
+    mapping.count = 10;
+    EXPECT_EQ(listener.count, 4);
+    for (int i = 0; i <= 10; ++i)
+        EXPECT_NEAR(mapping.frequency(i), 20.0f * std::exp2(static_cast<float>(i)), 0.01f);
+    EXPECT_EQ(mapping.nearestIndex(1300.0f), 6);
+}
+
+TEST(EQResponses, ComputeMagnitudesInGroupsAndOnce) {
+    Grid grid;
+    Band band(grid, FilterShape::bell, 3000.0, 2.0f, 9.0f, FilterSlope::db48);
+    float two[2];
+    band.magnitude.squaredMagnitudes(5, two);
+    EXPECT_EQ(band.magnitude.getValidCount(), 8);
+    EXPECT_NEAR(two[1], band.prototype.squaredMagnitude(static_cast<double>(grid.radians[6])), 1e-5);
+
+    std::vector<float> all(steps + 1);
+    band.magnitude.squaredMagnitudes(0, all);
+    std::vector<Complex> analog(steps + 1), roots(steps + 1);
+    band.analog.responses(0, analog);
+    band.magnitude.responses(0, roots);
+    for (std::size_t i = 0; i <= steps; ++i) {
+        ASSERT_NEAR(all[i], std::norm(analog[i]), 2e-5f * all[i]) << i;
+        ASSERT_NEAR(roots[i].real() * roots[i].real(), all[i], 1e-6f * all[i]);
+    }
+    EXPECT_EQ(band.analog.getValidCount(), steps + 1);
+
+    // A cached value stays until it is told that the design has changed.
+    designBand(FilterShape::bell, FilterSlope::db12, -9.0f, 2.0f, 0.4, band.prototype, 0.1);
+    EXPECT_EQ(band.analog.response(34), analog[34]);
+    band.analog.invalidate();
+    EXPECT_NE(band.analog.response(34), analog[34]); // computed, and not stored: there is a gap below it
+    EXPECT_EQ(band.analog.getValidCount(), 0);
+    band.analog.response(0);
+    EXPECT_EQ(band.analog.getValidCount(), 1);
+    EXPECT_EQ(band.analog.responseAt(23990.0f), band.analog.response(256));
+}
+
+TEST(EQResponses, TheDigitalResponseIsThatOfTheMatchedSections) {
+    Grid grid;
+    Band bell(grid, FilterShape::bell, 3000.0, 1.0f, 9.0f), cut(grid, FilterShape::lowPass, 5000.0, 1.0f, 0.0f);
+    for (int i = 0; i <= 100; ++i)
+        for (Band* const band : {&bell, &cut})
+            ASSERT_NEAR(std::norm(band->digital.response(i)) / std::norm(band->analog.response(i)), 1.0f, 0.05f) << i;
+    EXPECT_EQ(cascadeResponse(nullptr, 0, 1.0), 1.0);
+    const double pole[] = {1.0, 0.0, 0.0, -1.0, 0.0, 0.5, 0.0, 0.0, 0.0, 0.0}; // on DC: left out
+    EXPECT_EQ(cascadeResponse(pole, 2, 0.0), 0.5);
+}
+
+// What the correction of a chain is at every bin, read in slices of the given length.
+std::vector<Complex> correction(Grid& grid, std::initializer_list<Band*> bands, std::size_t slice) {
+    NaturalPhaseFrequencyResponseSource source(grid.mapping);
+    for (Band* const band : bands) {
+        source.numerators.push_back(&band->analog);
+        source.denominators.push_back(&band->digital);
+    }
+    std::vector<Complex> all(steps + 1);
+    for (std::size_t at = 0; at < all.size(); at += slice)
+        source.responses(static_cast<std::int32_t>(at), std::span(all).subspan(at, std::min(slice, all.size() - at)));
+    return all;
+}
+
+TEST(NaturalPhaseSource, TurnsTheDigitalPhaseIntoTheAnalogOneBelowTheTaper) {
+    Grid grid;
+    Band bell(grid, FilterShape::bell, 12000.0, 1.0f, 9.0f), shelf(grid, FilterShape::highShelf, 9000.0, 1.0f, -6.0f);
+    const std::vector<Complex> ratio = correction(grid, {&bell, &shelf}, 257);
+    EXPECT_EQ(ratio[0], Complex(1.0f));
+    double before = 0.0;
+    for (int i = 1; i < 249; ++i) {
+        const Complex digital = bell.digital.response(i) * shelf.digital.response(i);
+        const Complex analog = bell.analog.response(i) * shelf.analog.response(i);
+        ASSERT_NEAR(std::abs(digital * ratio[static_cast<std::size_t>(i)] - analog), 0.0f, 1e-5f) << i;
+        before = std::max(before, static_cast<double>(std::fabs(std::arg(analog / digital))));
+    }
+    EXPECT_GT(before, 0.1); // radians that were there to be corrected
+    EXPECT_NEAR(ratio[256].imag(), 0.0f, 1e-6f);
+    for (const Complex& each : correction(grid, {}, 100))
+        EXPECT_EQ(each, Complex(1.0f));
+}
+
+TEST(NaturalPhaseSource, StaysSaneWhereNotchesMissEachOtherHoweverItIsSliced) {
+    Grid grid;
+    // A notch on a bin and one between bins: the ratio at the zero is one of two tiny numbers.
+    Band onBin(grid, FilterShape::notch, 40 * 93.75, 30.0f, 0.0f), off(grid, FilterShape::notch, 8000.0, 4.0f, 0.0f);
+    Band steep(grid, FilterShape::notch, 200 * 93.75, 4.0f, 0.0f, FilterSlope::db24);
+    const std::vector<Complex> whole = correction(grid, {&onBin, &off, &steep}, 257);
+    for (std::size_t i = 1; i < whole.size(); ++i) {
+        ASSERT_LT(std::abs(whole[i]), 4.0f) << i;
+        ASSERT_GT(std::abs(whole[i]), 0.01f) << i;
+    }
+    for (const std::size_t slice : {1u, 7u, 64u})
+        EXPECT_EQ(correction(grid, {&onBin, &off, &steep}, slice), whole) << slice;
+}
+
+} // namespace
