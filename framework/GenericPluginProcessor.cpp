@@ -40,6 +40,10 @@ void GenericPluginProcessor::init() {
         this, &GenericPluginProcessor::sampleRateChanged));
     midiDecoder = createMidiReceiver();
     bypass = std::make_unique<BypassProcessor>(*this);
+    spectrumSources.resize(static_cast<std::size_t>(sourceCounts.spectra));
+    levelSources.resize(layoutChannels * static_cast<std::size_t>(sourceCounts.levelsPerChannel) +
+                        static_cast<std::size_t>(sourceCounts.furtherLevels));
+    audioSources.resize(static_cast<std::size_t>(sourceCounts.audio));
     if (info.has(GenericPluginInfo::midiLearnQueue))
         learn = std::make_unique<LockFreeQueue<MidiMessage>>(learnMessages, learnMessages);
 }

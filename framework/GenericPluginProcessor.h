@@ -10,8 +10,11 @@
 #include "framework/ControllerMapping.h"
 #include "framework/GenericPluginBase.h"
 #include "framework/MidiMessage.h"
+#include "wave/AudioSource.h"
 #include "wave/Environment.h"
+#include "wave/LevelSource.h"
 #include "wave/Producer.h"
+#include "wave/SpectrumSource.h"
 
 #include <atomic>
 #include <cstddef>
@@ -124,6 +127,12 @@ protected:
 
     std::vector<std::unique_ptr<Channel>>
         channels; // one a channel of the layout, in its order; made by the derived class
+
+    // What displays may see of the graph: slots that init sizes by sourceCounts and the derived class fills. Not owned,
+    // null: nothing there. The levels are the further ones first, then those of the channels in their order.
+    std::vector<SpectrumSource*> spectrumSources;
+    std::vector<LevelSource*> levelSources;
+    std::vector<AudioSource*> audioSources;
 
 private:
     struct Change {

@@ -144,6 +144,19 @@ TEST(GenericPluginProcessor, HearsOfASampleRateBeforeItsComponents) {
     EXPECT_EQ(processor.log, "processor component ");
 }
 
+TEST(GenericPluginProcessor, HasAnEmptySlotForEverySourceThatTheProductCounts) {
+    class SourceProcessor final : public GenericPluginProcessor {
+    public:
+        SourceProcessor() : GenericPluginProcessor(1, 6) {
+            sourceCounts = {.audio = 3, .spectra = 2, .levelsPerChannel = 1, .furtherLevels = 48};
+            init();
+            EXPECT_EQ(audioSources, std::vector<AudioSource*>(3, nullptr));
+            EXPECT_EQ(spectrumSources, std::vector<SpectrumSource*>(2, nullptr));
+            EXPECT_EQ(levelSources, std::vector<LevelSource*>(6 + 48, nullptr));
+        }
+    } const processor;
+}
+
 TEST(GenericPluginProcessor, RunsItsOwnPositionInBeatsWhenTheHostStandsStill) {
     class BeatProcessor final : public GenericPluginProcessor {
     public:
