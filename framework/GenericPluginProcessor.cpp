@@ -231,9 +231,17 @@ void GenericPluginProcessor::applyChange(const Change& change) noexcept REALTIME
     } else if (change.id == resetId) {
         graph.resetAll();
     } else {
-        trustedRealtime([&] { parameter(change.id).notifyListeners(change.value); });
+        trustedRealtime([&] { parameter(change.id).notifyListeners(valueToApply(change)); });
         applyParameter(change.id);
     }
+}
+
+float GenericPluginProcessor::valueToApply(const Change& change) noexcept REALTIME {
+    // Two threads that set one parameter at once may queue in another order than they stored. So the parameter's own
+    // value counts, unless it may be of a batch that began meanwhile and is not to be heard before its end.
+    const std::uint32_t before = bracketState();
+    const float present = parameter(change.id).value();
+    return changeDepth() == 0 && bracketState() == before ? present : change.value;
 }
 
 void GenericPluginProcessor::resynchronize(std::int32_t strongest) noexcept REALTIME {

@@ -69,7 +69,8 @@ public:
     virtual void postJump() noexcept;                                                           // [any]
     virtual void postReset() noexcept;                                                          // [any]
     void parameterChanged(std::int32_t id, float value, std::uint32_t flags) noexcept override; // [any]
-    AudioThreadMark& audioThread() noexcept { return audioThreadMark; }                         // [any]
+    virtual void setExtra(std::int32_t, float) {} // [main] values that are no parameters, by ids of the product
+    AudioThreadMark& audioThread() noexcept { return audioThreadMark; } // [any]
 
     // MIDI.
     void receiveHostMidi(const MidiMessage& message) noexcept REALTIME; // to decoder and learn queue
@@ -142,6 +143,7 @@ private:
 
     void queueChange(std::int32_t id, float value) noexcept;
     void applyChange(const Change& change) noexcept REALTIME;
+    float valueToApply(const Change& change) noexcept REALTIME;
     void resynchronize(std::int32_t strongest) noexcept REALTIME;
     void applyBypass() noexcept REALTIME;
     void countFrames(std::size_t frames) noexcept REALTIME;

@@ -95,7 +95,11 @@ void UnifiedPluginAdapter::sendParameterToHost(std::int32_t id) {
 
 void UnifiedPluginAdapter::exchangeSources() {}
 
-void UnifiedPluginAdapter::setProcessorValue(std::int32_t, float) {}
+void UnifiedPluginAdapter::setProcessorValue(std::int32_t id, float value) {
+    const ScopedLock guard(*lock);
+    if (processor != nullptr)
+        processor->setExtra(id, value);
+}
 
 float UnifiedPluginAdapter::processorValue(std::int32_t id) const noexcept {
     return processor->parameter(id).value();

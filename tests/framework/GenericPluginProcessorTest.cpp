@@ -191,4 +191,19 @@ TEST(GenericPluginProcessor, RunsItsOwnPositionInBeatsWhenTheHostStandsStill) {
     EXPECT_EQ(processor.starts, 1);
 }
 
+TEST(GenericPluginProcessor, WhatIsHeardInTheEndIsWhatTheParameterHolds) {
+    struct Listener final : ValueAssignable<float> {
+        void assign(float value) override { heard = value; }
+        float heard = 0.0f;
+    };
+    Listener listener;
+    RecordingProcessor processor;
+    processor.gain.addListener(&listener);
+    processor.gain.setValue(0.75f, GenericParameterOwner::silent);
+    // As when another thread stores behind this one and has queued before it.
+    processor.gain.setValue(0.5f, GenericParameterOwner::silent | GenericParameterOwner::unheard);
+    processor.run(16);
+    EXPECT_EQ(listener.heard, 0.5f);
+}
+
 } // namespace

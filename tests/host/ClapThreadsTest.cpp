@@ -107,13 +107,15 @@ void editAsTheInterfaceDoes(BusyInstance& instance, std::mt19937& random) {
     {
         const ChangeBracket batch(editor);
         for (int i = 0; i < 5; ++i)
-            editor.parameter(anyId()).setValue(static_cast<float>(random() % 3), i % 2);
+            editor.parameter(anyId()).setValue(static_cast<float>(random() % 3),
+                                               i % 2 == 0 ? 0 : GenericParameterOwner::silent);
         editor.markJump();
     }
     const std::int32_t id = anyId();
     EXPECT_FALSE(editor.parameter(id).text(editor.parameter(id).value()).empty());
     editor.controllerMapping().assign(static_cast<std::int32_t>(random() % 128), anyId());
     editor.receive({0x90, 60, 100, 0, 0});
+    instance.adapter().setProcessorValue(anyId(), 0.5f); // which moves no parameter
 }
 
 void askAsTheHostDoes(BusyInstance& instance, std::mt19937& random) {
