@@ -119,34 +119,28 @@ TEST(EQMatchEngine, NoBellLeavesThirtyDbAndColumnsAboveTheHalfRateDoNotCount) {
     for (const AnalogFilterPrototype& band : engine.bands())
         EXPECT_LE(std::fabs(dbOf(band)), 30.001);
 
+    // What lies above 16 kHz is nobody's business at 32 kHz.
     std::vector<float> wild = match::bellCurve(2, 2);
     for (std::size_t column = 0; column < wild.size(); ++column)
         if (match::hzAt(column) > 16100.0)
             wild[column] = column % 2 == 0 ? 60.0f : -60.0f;
     run(engine, wild, 32000.0f);
-    for (std::size_t column = 0; column < wild.size(); ++column)
-        if (match::hzAt(column) > 15900.0)
-            wild[column] = 0.0f;
-    std::vector<float> left = wild;
     for (const AnalogFilterPrototype& band : engine.bands())
-        match::addResponse(left, band, -1.0);
+        match::addResponse(wild, band, -1.0);
     for (std::size_t column = 0; match::hzAt(column) < 15000.0; ++column)
-        ASSERT_NEAR(left[column], 0.0f, 1.0f) << match::hzAt(column);
+        ASSERT_NEAR(wild[column], 0.0f, 1.0f) << match::hzAt(column);
 }
 
 TEST(EQMatchEngine, ALowNarrowBellEndsTheCountOfSignificantBands) {
-    const auto withBell = [](float db, float q, double hz, std::vector<float> curve) {
+    for (const auto& [db, q, significant] : {std::tuple{1.0f, 5.66f, 0}, {10.0f, 1.0f, 1}}) { // 1 dB at a design Q of 4
         AnalogFilterPrototype band;
-        designBand(FilterShape::bell, FilterSlope::db12, db, q, hz, band, 640.0);
+        designBand(FilterShape::bell, FilterSlope::db12, db, q, 1000.0, band, 640.0);
+        std::vector<float> curve(1000, 0.0f);
         match::addResponse(curve, band, 1.0);
-        return curve;
-    };
-    EQMatchEngine engine;
-    engine.maxBands = 2;
-    run(engine, withBell(1.0f, 5.66f, 1000.0, std::vector<float>(1000, 0.0f)));
-    EXPECT_EQ(engine.significantBandCount(), 0) << "1 dB at a design Q of 4";
-    run(engine, withBell(10.0f, 1.0f, 1000.0, std::vector<float>(1000, 0.0f)));
-    EXPECT_EQ(engine.significantBandCount(), 1);
+        EQMatchEngine engine;
+        run(engine, curve);
+        EXPECT_EQ(engine.significantBandCount(), significant);
+    }
 }
 
 TEST(Decibels, TheLoopOverVectorsFollowsTheExactLogarithm) {
