@@ -29,11 +29,7 @@ std::unique_ptr<GenericPlugin::Settings> GenericPlugin::createSettings() {
 }
 
 std::string GenericPlugin::defaultPresetFolder() {
-    const std::string documents = documentsFolder();
-    if (documents.empty())
-        return documents;
-    const std::string presets = appendPath(appendPath(documents, VersionInfo::makerName()), "Presets");
-    return withTrailingSeparator(appendPath(presets, info.version().displayName()));
+    return standardPresetFolder(info.version());
 }
 
 void GenericPlugin::readSettings() {

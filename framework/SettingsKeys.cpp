@@ -1,5 +1,7 @@
 #include "framework/SettingsKeys.h"
 
+#include "platform/Folders.h"
+
 #include "base/NumberText.h"
 
 namespace {
@@ -20,4 +22,12 @@ SettingsKey machineSettingsKey(const VersionInfo& product) {
 
 SettingsKey makerSettingsKey() {
     return {SettingsKey::Root::user, std::string(VersionInfo::makerName()) + "/maker"};
+}
+
+std::string standardPresetFolder(const VersionInfo& product) {
+    const std::string documents = documentsFolder();
+    if (documents.empty())
+        return documents;
+    const std::string presets = appendPath(appendPath(documents, VersionInfo::makerName()), "Presets");
+    return withTrailingSeparator(appendPath(presets, product.displayName()));
 }

@@ -1,6 +1,10 @@
 #include "host/ClapPresetDiscoveryFactory.h"
 
 #include "host/ClapDescriptorBlock.h"
+#include "host/ClapGuard.h"
+#include "host/ClapPresetProvider.h"
+
+#include <cstring>
 
 namespace {
 
@@ -14,10 +18,14 @@ const clap_preset_discovery_provider_descriptor* providerDescriptor(const clap_p
     return block != nullptr && index == 0 ? &block->provider : nullptr;
 }
 
-// No provider can be made before presets have files; a host takes null as a failure and goes on without.
 const clap_preset_discovery_provider* createProvider(const clap_preset_discovery_factory*,
-                                                     const clap_preset_discovery_indexer*, const char*) noexcept {
-    return nullptr;
+                                                     const clap_preset_discovery_indexer* indexer,
+                                                     const char* id) noexcept {
+    const ClapDescriptorBlock* const block = clapDescriptorBlock();
+    if (block == nullptr || indexer == nullptr || id == nullptr || std::strcmp(id, block->provider.id) != 0)
+        return nullptr;
+    return clapGuard<const clap_preset_discovery_provider*>(
+        nullptr, [&] { return (new ClapPresetProvider(block->provider, *indexer))->clapProvider(); });
 }
 
 } // namespace

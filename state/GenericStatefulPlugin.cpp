@@ -26,6 +26,9 @@
 void GenericStatefulPlugin::createGlobals() {
     GenericPlugin::createGlobals();
     PluginInstances::ofProcess().adopt(std::make_unique<SharedPresets>(presetExtension()));
+    if (const std::string data = dataFolder(); info.has(GenericPluginInfo::presetCache) && !data.empty())
+        SharedPresets::ofProcess().openCache(appendPath(data, "PresetCache.dat"),
+                                             {{info.presetSignature}, customValuesFromVersion()});
     addOlderPresetFolders();
 }
 

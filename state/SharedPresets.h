@@ -3,6 +3,7 @@
 #pragma once
 
 #include "framework/GenericParameterOwner.h"
+#include "state/PresetCache.h"
 #include "state/PresetManager.h"
 
 #include <cstdint>
@@ -17,6 +18,10 @@ public:
 
     explicit SharedPresets(std::string_view presetExtension);
 
+    // With the capability for it, before the trees are scanned.
+    void openCache(const std::string& file, PresetCache::Source source);
+    PresetCache* cache() noexcept { return ownCache.get(); } // null: the product has none
+
     // Makes the folder. The result is the component's index.
     std::int32_t addComponent(const std::string& folder, std::string_view extension);
 
@@ -24,6 +29,7 @@ public:
     std::int32_t componentCount() const noexcept { return static_cast<std::int32_t>(components.size()); }
 
 private:
+    std::unique_ptr<PresetCache> ownCache;
     PresetManager mainManager; // empty until its folder is known
     std::vector<std::unique_ptr<PresetManager>> components;
 };

@@ -7,5 +7,6 @@
 #include <vector>
 
 int infoCommand(const std::vector<std::string>& words);
+int presetsCommand(const std::vector<std::string>& words);
 int renderCommand(const std::vector<std::string>& words);
 int responseCommand(const std::vector<std::string>& words);

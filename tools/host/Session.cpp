@@ -4,6 +4,7 @@
 #include "tools/host/Failure.h"
 #include "tools/host/Parameters.h"
 #include "tools/host/Ports.h"
+#include "tools/host/PresetIndex.h"
 #include "tools/host/StateFile.h"
 
 #include <cstdio>
@@ -13,7 +14,7 @@ void Session::addOptions(Options& options) {
     options.add({"--plugin", "ID", "the plug-in of the file, where it holds several (default: the first)"});
     options.add({"--config", "ID", "port configuration, by number or name as \"info\" lists them"});
     options.add({"--state", "FILE", "load a saved state"});
-    options.add({"--preset", "FILE", "load a preset file"});
+    options.add({"--preset", "PRESET", "load a preset: a file, or the name of one that \"presets\" lists"});
     options.add({"--set", "NAME=TEXT", "set a parameter as if its value were typed in; repeatable", true});
     options.add({"--save-state", "FILE", "save the state at the end"});
     options.add({"--track-name", "NAME", "name of the track that the plug-in is told"});
@@ -40,7 +41,7 @@ void Session::prepare(std::optional<std::uint32_t> channels) {
     if (const auto state = options.text("--state"))
         loadState(plugin, *state);
     if (const auto preset = options.text("--preset"))
-        loadPreset(plugin, *preset);
+        loadPreset(plugin, findPreset(file, *preset));
     const std::vector<std::string> assignments = options.all("--set");
     if (assignments.empty())
         return;

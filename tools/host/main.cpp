@@ -18,8 +18,9 @@ struct Command {
     int (*run)(const std::vector<std::string>& words);
 };
 
-constexpr std::array<Command, 3> commands{{
+constexpr std::array<Command, 4> commands{{
     {"info", "what a plug-in is and offers: ports, parameters, latency", infoCommand},
+    {"presets", "list the presets that a plug-in tells hosts of", presetsCommand},
     {"render", "send a sound file through a plug-in", renderCommand},
     {"response", "measure magnitude and phase of a plug-in", responseCommand},
 }};

@@ -1,0 +1,121 @@
+#include "state/PresetManager.h"
+#include "platform/Clock.h"
+#include "platform/Folders.h"
+#include "tests/state/StateTestObjects.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+class PresetTree : public StateTest {
+protected:
+    static std::vector<std::string> namesOf(const std::vector<Preset*>& list) {
+        std::vector<std::string> names;
+        for (const Preset* preset : list)
+            names.push_back(preset->name);
+        return names;
+    }
+    std::string root() const { return home.path() + "tree/"; }
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(PresetTree, FoldersStandByKeyThenNameAndWhatIsDeepComesFirst) {
+    for (const char* file :
+         {"loose.tvp", "Alone.TVP", "Drums/b.tvp", "Drums/A.tvp", "_10 Bass/x.tvp", "_x/y.tvp", "_5drums/1.tvp",
+          "_5 Drums/2.tvp", "Drums/Deep/z.tvp", "Drums/notes.txt", "\xC3\x84ther/u.tvp", "\xC3\xA4rmel/v.tvp"})
+        home.write("tree/" + std::string(file), "");
+    PresetManager manager(root(), ".tvp");
+    Names folders;
+    for (const auto& folder : manager.subfolders())
+        folders.push_back(std::to_string(folder->sortKey()) + folder->name());
+    EXPECT_EQ(folders,
+              (Names{"0x", "5Drums", "5drums", "10Bass", "10000Drums", "10000\xC3\xA4rmel", "10000\xC3\x84ther"}));
+    EXPECT_EQ(namesOf(manager.allPresets()), (Names{"y", "2", "1", "x", "z", "A", "b", "v", "u", "Alone", "loose"}));
+    EXPECT_EQ(manager.subfolders()[4]->presets()[0]->path, root() + "Drums/A.tvp");
+    EXPECT_EQ(manager.subfolders()[4]->path(), root() + "Drums/");
+}
+
+TEST_F(PresetTree, ThreeHundredPresetsFillTwoBanksAndPartOfAThird) {
+    for (int i = 0; i < 300; ++i)
+        home.write("tree/" + std::to_string(1000 + i) + ".tvp", "");
+    PresetManager manager(root(), ".tvp");
+    const std::vector<Preset*> list = manager.allPresets();
+    ASSERT_EQ(list.size(), 300u);
+    EXPECT_EQ(list[127]->programText, "(0/127) 1127");
+    EXPECT_EQ(list[128]->programText, "(1/0) 1128");
+    EXPECT_EQ(list[299]->programText, "(2/43) 1299");
+}
+
+TEST_F(PresetTree, NeighboursWrapWithinTheMainTreeAndRunOnFromOlderFolders) {
+    for (const char* file : {"tree/a.tvp", "tree/b.tvp", "old/c.tvp", "old/d.tvp"})
+        home.write(file, "");
+    PresetManager manager(root(), ".tvp");
+    manager.addExtraFolder(home.path() + "old", "V2 Preset Folder");
+    const auto step = [&](const char* from, PresetManager::Direction direction) {
+        const Preset* const found = manager.neighbour(home.path() + from, direction);
+        return found != nullptr ? found->name : "none";
+    };
+    using enum PresetManager::Direction;
+    EXPECT_EQ(step("tree/b.tvp", next), "a");
+    EXPECT_EQ(step("tree/a.tvp", previous), "b");
+    EXPECT_EQ(step("old/d.tvp", next), "a");
+    EXPECT_EQ(step("old/c.tvp", previous), "b");
+    EXPECT_EQ(step("tree/gone.tvp", next), "none");
+    EXPECT_EQ(manager.findByName("c", true), nullptr);
+    ASSERT_NE(manager.findByName("c", false), nullptr);
+    std::filesystem::remove(home.path() + "old/c.tvp");
+    manager.rescanAll();
+    EXPECT_EQ(manager.findByName("c", false), nullptr);
+    EXPECT_EQ(manager.extraFolders()[0]->name(), "V2 Preset Folder");
+}
+
+TEST_F(PresetTree, LinksInACircleOddBytesAndTooDeepFoldersEndTheScanWell) {
+    home.write("tree/sub/a\xFF.tvp", "");
+    std::filesystem::create_directory_symlink(root(), root() + "sub/back");
+    std::string deep = "tree/deep";
+    for (int i = 0; i < 40; ++i)
+        deep += "/d";
+    home.write(deep + "/x.tvp", "");
+    PresetManager manager(root(), ".tvp");
+    const std::vector<Preset*> list = manager.allPresets();
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(list[0]->name, "a\xEF\xBF\xBD");
+    EXPECT_EQ(list[0]->path, root() + "sub/a\xFF.tvp");
+    EXPECT_TRUE(manager.subfolders()[1]->subfolders()[0]->empty()) << "the link back";
+    const PresetFolder outOfBudget(root(), ".tvp", 0);
+    EXPECT_TRUE(outOfBudget.empty());
+    EXPECT_EQ(outOfBudget.name(), "tree");
+}
+
+TEST_F(PresetTree, TenThousandPresetsInTwoHundredFoldersAreListedWithinTheBudget) {
+    for (int folder = 0; folder < 200; ++folder) {
+        const std::string path = root() + std::to_string(folder);
+        ASSERT_TRUE(createDirectories(path));
+        for (int i = 0; i < 50; ++i)
+            std::ofstream(path + "/" + std::to_string(i) + ".tvp");
+    }
+    const std::unique_ptr<IntervalTimer> timer = createIntervalTimer();
+    PresetManager manager(root(), ".tvp");
+    EXPECT_LT(timer->elapsed(), 2500u);
+    EXPECT_EQ(manager.allPresets().size(), 10000u);
+    RecordProperty("scan_ms", std::to_string(timer->elapsed()));
+}
+
+TEST_F(PresetTree, AnInstanceWalksItsFolderByProgramAndFollowsAChangeOfIt) {
+    ZelkPlugin plugin;
+    home.write("tree/a/one.tvp", binaryPreset("ZK3p", 4, std::vector<float>(334, 0.0f)).text);
+    EXPECT_FALSE(plugin.setPresetFolder(home.path() + "nowhere"));
+    ASSERT_TRUE(plugin.setPresetFolder(home.path() + "tree"));
+    plugin.postProgramChange(0, 0);
+    plugin.drain();
+    EXPECT_EQ(plugin.currentPreset().name(), "one");
+    plugin.postProgramChange(1, 0); // none there
+    plugin.drain();
+    EXPECT_EQ(plugin.currentPreset().path(), root() + "a/one.tvp");
+    EXPECT_EQ(plugin.presetManager(0).extension(), ".spectrum");
+    EXPECT_TRUE(std::filesystem::is_directory(plugin.presetManager(0).path()));
+}
+
+} // namespace
