@@ -144,7 +144,8 @@ TEST_F(UndoHistoryTest, TenThousandRandomStepsAgreeWithAModelThatKeepsEveryState
     for (int i = 0; i < 10000; ++i) {
         const auto action = static_cast<unsigned>(random() % 100);
         if (action < 50) {
-            const auto id = static_cast<std::int32_t>(random() % static_cast<std::uint_fast32_t>(plugin.parameterCount()));
+            const auto id =
+                static_cast<std::int32_t>(random() % static_cast<std::uint_fast32_t>(plugin.parameterCount()));
             if (id >= 321 && id <= 330)
                 continue; // would be saved as an interface default, which is slow here
             AbstractPluginParameter& parameter = plugin.parameter(id);

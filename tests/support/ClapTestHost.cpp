@@ -97,6 +97,12 @@ ClapTestHost::ClapTestHost(Offers wanted) : offers(wanted) {
             std::strncpy(info->name, of(h).trackName.c_str(), sizeof(info->name) - 1);
             return true;
         }};
+        static constexpr clap_host_preset_load presetLoad{
+            [](const clap_host* h, std::uint32_t, const char* path, const char*, std::int32_t,
+               const char* message) noexcept { of(h).presetErrors.push_back(std::string(path) + ": " + message); },
+            [](const clap_host* h, std::uint32_t, const char* path, const char*) noexcept {
+                of(h).presetsLoaded.emplace_back(path);
+            }};
         static constexpr std::uint64_t emptyTable[16]{};
         if (of(self).offers == Offers::nothing)
             return nullptr;
@@ -110,6 +116,8 @@ ClapTestHost::ClapTestHost(Offers wanted) : offers(wanted) {
             return &latency;
         if (std::strcmp(id, CLAP_EXT_TRACK_INFO) == 0)
             return &trackInfo;
+        if (std::strcmp(id, CLAP_EXT_PRESET_LOAD) == 0)
+            return &presetLoad;
         return nullptr;
     };
     host.request_restart = [](const clap_host*) noexcept {};

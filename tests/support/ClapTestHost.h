@@ -79,6 +79,8 @@ public:
     std::atomic<int> dirtyMarks{0};
     std::atomic<int> flushRequests{0};
     std::atomic<int> rescans{0};
+    std::vector<std::string> presetsLoaded; // paths
+    std::vector<std::string> presetErrors;  // path and message
 
 private:
     const Offers offers;
