@@ -138,26 +138,4 @@ TEST(BiquadKernels, WideOnesEqualThePlainOnesAtEveryLengthAndCountOfSections) {
                 }
 }
 
-// State-variable sections with the response of direct ones give their sound.
-TEST(BiquadKernels, BothFormsOfOneFilterSoundAlike) {
-    const double g = std::tan(0.15), damping = 1.4 + g, m0 = 1.0, m1 = 2.1, m2 = 1.0;
-    const double d = 1.0 / (damping * g + 1.0);
-    const std::vector<double> direct{(g * g * m0 + g * m1 + m2) * d, 2.0 * (g * g * m0 - m2) * d,
-                                     (g * g * m0 - g * m1 + m2) * d, 2.0 * (g * g - 1.0) * d,
-                                     (g * g - (damping - g) * g + 1.0) * d};
-    const std::vector<double> stateVariable{g, damping, m0, m1, m2};
-    Case test{true, 1, 1, {300}, false};
-    Bed a(test);
-    test.direct = false;
-    Bed b(test);
-    for (Bed* const bed : {&a, &b})
-        std::fill(bed->memory.begin(), bed->memory.end(), 0.0);
-    a.sections[0].row = direct.data();
-    b.sections[0].row = stateVariable.data();
-    a.run(plainBiquadKernels());
-    b.run(plainBiquadKernels());
-    for (std::size_t i = 0; i < a.length; ++i)
-        ASSERT_NEAR(a.pass.output[0][i], b.pass.output[0][i], 1e-6f) << i;
-}
-
 } // namespace

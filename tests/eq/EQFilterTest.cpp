@@ -134,7 +134,6 @@ TEST(EQFilter, FollowsAGlideOfTheFrequencyInTenthsOfAnOctave) {
     expectNear(rig.shownRow(0), rig.designed(6.0f, SectionForm::direct), 1e-9);
 }
 
-// The worst distance in dB of a row's magnitude, mixed by its scale, from the analog design of the same gain.
 double distanceDb(const std::vector<double>& a, const std::vector<double>& b) {
     double worst = 0.0;
     for (double w = 0.001; w < 3.0; w *= 1.3)
@@ -143,38 +142,47 @@ double distanceDb(const std::vector<double>& a, const std::vector<double>& b) {
     return worst;
 }
 
-TEST(EQFilter, AMovingGainIsInterpolatedWithinADbAndDesignedWhereItJumps) {
-    for (const FilterShape shape : {FilterShape::bell, FilterShape::lowShelf, FilterShape::tiltShelf})
-        for (const FilterSlope slope : {FilterSlope::db12, FilterSlope::db96}) {
-            CoefficientRig rig(true);
-            rig.filter.shape = shape;
-            rig.filter.slope = slope;
-            rig.filter.gain.parameter().setValue(-6.0f, 0.0f);
-            rig.calculate(256);
-            rig.filter.gain.parameter().setValue(6.0f, 20.0f);
-            std::int32_t position = 0;
-            for (int block = 0; block < 4; ++block) { // 12 dB in 960 samples, through 0
+TEST(EQFilter, AMovingGainIsInterpolatedWithinADbAndDesignedWhereItStandsOrJumps) {
+    struct Case {
+        FilterShape shape;
+        FilterSlope slope;
+        float log2Hz; // the last is so far up that its sections are flat at small gains, and have no poles
+    };
+    for (const Case& each :
+         {Case{FilterShape::bell, FilterSlope::db12, 10.0f}, Case{FilterShape::bell, FilterSlope::db96, 10.0f},
+          Case{FilterShape::tiltShelf, FilterSlope::db24, 10.0f},
+          Case{FilterShape::highShelf, FilterSlope::db48, 15.0f}}) {
+        CoefficientRig rig(true);
+        rig.filter.shape = each.shape;
+        rig.filter.slope = each.slope;
+        rig.filter.frequency.parameter().setValue(each.log2Hz, 0.0f);
+        rig.filter.gain.parameter().setValue(-6.5f, 0.0f);
+        rig.calculate(256);
+        // 12 dB through 0, at 80 samples a dB and at steps that fall between the dBs.
+        for (const auto [from, to, samples] :
+             {std::array{-6.5f, 5.5f, 960.0f}, std::array{5.5f, -6.5f, 53.0f}, std::array{-6.5f, 5.5f, 53.0f}}) {
+            rig.filter.gain.parameter().setValue(to, (samples + 0.5f) / 48.0f);
+            for (int block = 0; static_cast<float>(block * 256) < samples; ++block) {
                 rig.calculate(256);
-                std::size_t begin = 0;
-                for (std::size_t run = 0; run < rig.runs().size(); run += 5) {
-                    begin = static_cast<std::size_t>(
-                        std::accumulate(rig.runs().begin(), rig.runs().begin() + static_cast<std::ptrdiff_t>(run), 0u));
+                EXPECT_GT(rig.runs().size(), samples < 100.0f ? 40u : block < 3 ? 250u : 180u);
+                std::uint32_t sample = 0;
+                for (std::size_t run = 0; run + 1 < rig.runs().size(); sample += rig.runs()[run++]) {
                     const float gain =
-                        -6.0f + std::min(static_cast<float>(position) + static_cast<float>(begin), 960.0f) / 80.0f;
-                    if (std::fabs(gain) > 0.05f) {
-                        EXPECT_LT(distanceDb(rig.shownRow(run), rig.designed(gain, SectionForm::stateVariable)), 0.06)
-                            << gain << " dB, shape " << static_cast<int>(shape);
+                        from + (to - from) * static_cast<float>(block * 256 + static_cast<int>(sample)) / samples;
+                    if (run % 3 == 0 && std::fabs(gain) > 0.05f) {
+                        EXPECT_LT(distanceDb(rig.shownRow(run), rig.designed(gain, SectionForm::stateVariable)), 0.02)
+                            << gain << " dB, shape " << static_cast<int>(each.shape);
                     }
                 }
-                EXPECT_GT(rig.runs().size(), block < 3 ? 250u : 180u);
-                position += 256;
             }
-            rig.filter.gain.parameter().setValue(20.0f, 0.0f);
             rig.calculate(256);
-            rig.filter.gain.parameter().setValue(-20.0f, 0.0001f);
-            rig.calculate(256);
-            expectNear(rig.shownRow(rig.runs().size() - 1), rig.designed(-20.0f, SectionForm::stateVariable), 1e-9);
+            expectNear(rig.shownRow(0), rig.designed(to, SectionForm::stateVariable), 1e-12);
         }
+        rig.filter.gain.parameter().setValue(-20.0f, 0.03f); // a jump in a sample
+        rig.calculate(256);
+        ASSERT_GT(rig.runs().size(), 1u);
+        expectNear(rig.shownRow(1), rig.designed(-20.0f, SectionForm::stateVariable), 1e-12);
+    }
 }
 
 TEST(EQFilter, RunsABrickwallWithClearedMemoryAndAllElseFromThePresentInput) {
