@@ -1,8 +1,12 @@
 #include "eq/Convolver.h"
 
+#include "base/FloatTolerance.h"
 #include "eq/ConvolverConfiguration.h"
 #include "eq/ConvolverKernel.h"
 #include "eq/ConvolverLevel.h"
+#include "wave/BlockMath.h"
+
+#include <algorithm>
 
 Convolver::Convolver(wave::Environment& owner, Kernel& wanted)
     : Filter(owner)
@@ -12,12 +16,26 @@ Convolver::Convolver(wave::Environment& owner, Kernel& wanted)
     kernel.connect();
     if (kernel.getConfiguration().getChild() != nullptr)
         inputDelay = std::make_unique<wave::Delay>(owner, getLatency());
+    silence = ringing();
+    setResettable(true); // the environment asks it for rest
 }
 
 Convolver::~Convolver() = default;
 
 std::int32_t Convolver::getLatency() const noexcept REALTIME {
     return kernel.getConfiguration().getLatency();
+}
+
+std::int64_t Convolver::getWorkEverDone() const noexcept REALTIME {
+    return top->getWorkEverDone() + kernel.getWorkEverDone();
+}
+
+std::int32_t Convolver::ringing() const noexcept REALTIME {
+    return kernel.getConfiguration().getKernelLength() + getLatency();
+}
+
+bool Convolver::isAtRest() const noexcept REALTIME {
+    return silence >= ringing();
 }
 
 void Convolver::filter(const wave::BasicBlock<float>& inputBlock, wave::BasicBlock<float>& outputBlock,
@@ -28,6 +46,7 @@ void Convolver::filter(const wave::BasicBlock<float>& inputBlock, wave::BasicBlo
         top->reset(0);
         if (inputDelay != nullptr)
             inputDelay->clear();
+        silence = ringing();
     }
     if (inputDelay != nullptr) {
         inputDelay->write(inputBlock.data(), count);
@@ -35,4 +54,6 @@ void Convolver::filter(const wave::BasicBlock<float>& inputBlock, wave::BasicBlo
     }
     top->process(inputBlock.data(), delayedBlock.data(), outputBlock.data(), count);
     outputBlock.isConstant = 0;
+    const bool sounds = wave::extremeOf<true, true>(inputBlock.data(), count, 0.0f) > floatTolerance;
+    silence = sounds ? 0 : std::min(silence + count, ringing());
 }

@@ -30,15 +30,21 @@ public:
     Convolver(wave::Environment& owner, Kernel& kernel);
     ~Convolver() override;
 
+    bool isAtRest() const noexcept REALTIME override; // the last sound has left the kernel
     void filter(const wave::BasicBlock<float>& inputBlock, wave::BasicBlock<float>& outputBlock, std::int32_t count,
                 std::uint32_t mode) noexcept REALTIME override;
 
     std::int32_t getLatency() const noexcept REALTIME; // samples, on top of the delay in the kernel itself
 
+    std::int64_t getWorkEverDone() const noexcept REALTIME; // units, to measure how even they come; the kernel's too
+
 private:
+    std::int32_t ringing() const noexcept REALTIME; // samples from the input's end to that of the output
+
     Kernel& kernel;
     std::unique_ptr<wave::Delay> inputDelay; // with several levels: what all but the deepest of them read
     wave::BasicBlock<float> delayedBlock;
     std::unique_ptr<ConvolverLevel> top;
     std::uint64_t nextPosition = 0;
+    std::int32_t silence = 0; // samples since the last sound of the input, at most ringing()
 };

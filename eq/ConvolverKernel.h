@@ -62,6 +62,7 @@ public:
         return cyclePosition;
     } // where in the cycle a sequence starts
     bool isDirty() const noexcept REALTIME { return dirty; }
+    std::int64_t getWorkEverDone() const noexcept REALTIME { return sequence.getWorkEverDone(); }
     bool isRunning() const noexcept REALTIME { return sequence.isRunning(); } // a new one is in the making
 
 protected:

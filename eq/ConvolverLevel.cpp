@@ -71,6 +71,10 @@ void ConvolverLevel::clear() noexcept REALTIME {
     pending.set(nullptr);
 }
 
+std::int64_t ConvolverLevel::getWorkEverDone() const noexcept REALTIME {
+    return scheduler.getWorkEverDone() + (child != nullptr ? child->getWorkEverDone() : 0);
+}
+
 bool ConvolverLevel::partitionsChanged() noexcept REALTIME {
     bool changed = activePartitions != configuration.getActivePartitions();
     activePartitions = configuration.getActivePartitions();

@@ -32,6 +32,8 @@ public:
     // `delayed` is the input as all levels but the deepest read it. At most a block.
     void process(const float* input, const float* delayed, float* output, std::int32_t count) noexcept REALTIME;
 
+    std::int64_t getWorkEverDone() const noexcept REALTIME; // of the children too
+
 private:
     // The place of a slot that is read. Counts, so that nobody writes there.
     class Reading {

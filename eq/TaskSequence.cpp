@@ -51,6 +51,7 @@ bool TaskSequence::advance(std::int32_t samples) noexcept REALTIME {
         if (count > 0)
             task.run(positionInTask, count);
         budget -= static_cast<std::int64_t>(count) * task.weight;
+        workEverDone += static_cast<std::int64_t>(count) * task.weight;
         positionInTask += count;
         if (positionInTask < task.units)
             continue;

@@ -23,8 +23,7 @@ public:
     bool advance(std::int32_t samples) noexcept REALTIME; // true once: when the last task has finished
 
     bool isRunning() const noexcept REALTIME { return current < tasks.size(); }
-    std::int64_t getTotalWork() const noexcept REALTIME { return totalWork; }
-    std::int64_t getWorkDone() const noexcept REALTIME { return workDone; }
+    std::int64_t getWorkEverDone() const noexcept REALTIME { return workEverDone; } // units by weight, of all periods
 
 private:
     std::size_t firstEnabled(std::size_t from) const noexcept REALTIME;
@@ -35,5 +34,6 @@ private:
     std::int32_t period = 0;
     std::int32_t elapsed = 0;
     std::int64_t totalWork = 0;
-    std::int64_t workDone = 0;
+    std::int64_t workDone = 0; // of this period
+    std::int64_t workEverDone = 0;
 };

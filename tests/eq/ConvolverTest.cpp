@@ -194,4 +194,34 @@ TEST(Convolver, ADynamicKernelIsReadAtEachHopAndHeardThreeHopsLater) {
     }
 }
 
+TEST(Convolver, NoBlockHasMuchMoreWorkThanTheMeanOfThem) {
+    for (const Sizes sizes : allSizes)
+        for (const std::int32_t block : {64, 256})
+            for (const bool changing : {false, true}) {
+                SCOPED_TRACE(std::to_string(sizes.length) + '/' + std::to_string(sizes.block) + " at " +
+                             std::to_string(block) + (changing ? " changing" : ""));
+                ConvolverTestBench bench(sizes.length, sizes.block);
+                bench.pace();
+                const auto change = [&](std::size_t) {
+                    if (changing)
+                        bench.kernel->setDirty();
+                };
+                const auto hops = static_cast<std::size_t>(6 * bench.configuration.getHop());
+                bench.run(Samples(hops + static_cast<std::size_t>(sizes.length)), always(block), change);
+                const std::int64_t begin = bench.convolver->getWorkEverDone();
+                std::int64_t before = begin;
+                std::int64_t most = 0;
+                const Samples input(std::max<std::size_t>(hops, 8192));
+                bench.run(input, always(block), [&](std::size_t position) {
+                    change(position);
+                    const std::int64_t now = bench.convolver->getWorkEverDone();
+                    most = std::max(most, now - before);
+                    before = now;
+                });
+                const double mean = static_cast<double>(before - begin) * block /
+                                    static_cast<double>(input.size() - static_cast<std::size_t>(block));
+                EXPECT_LT(static_cast<double>(most), 1.1 * mean);
+            }
+}
+
 } // namespace
