@@ -173,14 +173,4 @@ TEST(NaturalPhaseSource, BelievesARatioNearAZeroOnlyIfItsNeighboursDo) {
     }
 }
 
-TEST(NaturalPhaseSource, StaysSaneWhereNotchesMissEachOther) {
-    Grid grid;
-    Band onBin(grid, FilterShape::notch, 40 * 93.75, 30.0f, 0.0f), off(grid, FilterShape::notch, 8000.0, 4.0f, 0.0f);
-    Band steep(grid, FilterShape::notch, 200 * 93.75, 4.0f, 0.0f, FilterSlope::db24);
-    const std::vector<Complex> whole = correction(grid, {&onBin, &off, &steep}, 257);
-    for (const Complex& each : whole)
-        ASSERT_LT(std::abs(each), 4.0f);
-    EXPECT_EQ(correction(grid, {&onBin, &off, &steep}, 7), whole); // however a task is sliced
-}
-
 } // namespace
