@@ -4,7 +4,7 @@ zelk_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 zelk_jobs=$(nproc)
 
 # What every build takes. Tests, benchmarks and tools belong to the default target, so that nothing rots unseen.
-zelk_build_packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libfftw3-dev libsndfile1-dev zlib1g-dev)
+zelk_build_packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libfftw3-dev libsndfile1-dev zlib1g-dev libfftw3-dev)
 
 say() {
     printf '%s\n' "$*"
