@@ -24,7 +24,7 @@ std::string quoted(const std::string& word) {
 std::string lineOf(const std::vector<std::string>& words) {
     std::string line = quoted(ZELK_HOST_PROGRAM);
     for (const std::string& word : words)
-        line += " " + quoted(word);
+        line.append(" ").append(quoted(word));
     return line;
 }
 
