@@ -10,7 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 
-class ControllerMapping : public UpdatedObject, public EventSender {
+class ControllerMapping final : public UpdatedObject, public EventSender {
 public:
     static constexpr std::size_t controllerCount = 128;
     static constexpr std::int32_t none = -1;
