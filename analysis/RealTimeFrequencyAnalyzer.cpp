@@ -50,6 +50,11 @@ RealTimeFrequencyAnalyzer::RealTimeFrequencyAnalyzer(std::size_t sourceCount, st
     preparePlan();
 }
 
+RealTimeFrequencyAnalyzer::RealTimeFrequencyAnalyzer(const AnalyzerLayout& layout,
+                                                     std::unique_ptr<IntervalTimer> sinceAudio)
+    : RealTimeFrequencyAnalyzer(layout.sourceCount, layout.largestSize, layout.largestSize, layout.sidelobeDb,
+                                std::move(sinceAudio)) {}
+
 RealTimeFrequencyAnalyzer::~RealTimeFrequencyAnalyzer() = default;
 
 void RealTimeFrequencyAnalyzer::lockSources() {

@@ -3,6 +3,7 @@
 // Threads: one reader's, the same at all times.
 #pragma once
 
+#include "analysis/AnalyzerSettings.h"
 #include "base/IntervalTimer.h"
 #include "base/Property.h"
 #include "wave/AlignedBuffer.h"
@@ -29,6 +30,7 @@ public:
     // has come.
     RealTimeFrequencyAnalyzer(std::size_t sourceCount, std::int32_t sizeA, std::int32_t sizeB, float sidelobeDb,
                               std::unique_ptr<IntervalTimer> sinceAudio);
+    RealTimeFrequencyAnalyzer(const AnalyzerLayout& layout, std::unique_ptr<IntervalTimer> sinceAudio);
     ~RealTimeFrequencyAnalyzer();
     RealTimeFrequencyAnalyzer(const RealTimeFrequencyAnalyzer&) = delete;
     RealTimeFrequencyAnalyzer& operator=(const RealTimeFrequencyAnalyzer&) = delete;

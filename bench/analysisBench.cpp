@@ -80,7 +80,7 @@ BENCHMARK(bufferWithReader);
 // Three stereo sources, one window a look, and the picture of 1000 columns of one of them.
 void lookAtSpectrum(benchmark::State& state) {
     Graph graph;
-    RealTimeFrequencyAnalyzer analyzer(3, 8192, 8192, 120.0f, createIntervalTimer());
+    RealTimeFrequencyAnalyzer analyzer(mainAnalyzer, createIntervalTimer());
     analyzer.fftSize = static_cast<std::int32_t>(state.range(0));
     for (std::size_t index = 0; index < 3; ++index)
         analyzer.measurement(index).connect(&graph.buffer.measurement(index));
@@ -100,7 +100,7 @@ BENCHMARK(lookAtSpectrum)->Arg(1024)->Arg(2048)->Arg(4096)->Arg(8192)->Unit(benc
 
 void presentWithoutNewSpectrum(benchmark::State& state) {
     Graph graph;
-    RealTimeFrequencyAnalyzer analyzer(1, 8192, 8192, 120.0f, createIntervalTimer());
+    RealTimeFrequencyAnalyzer analyzer(externalAnalyzer, createIntervalTimer());
     analyzer.measurement(0).connect(&graph.buffer.measurement(0));
     SpectrumPresenter presenter(createIntervalTimer());
     presenter.columnCount = 1000;

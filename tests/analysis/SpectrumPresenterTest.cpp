@@ -1,4 +1,5 @@
 #include "analysis/SpectrumPresenter.h"
+#include "analysis/AnalyzerSettings.h"
 #include "analysis/RealTimeFrequencyAnalyzer.h"
 #include "tests/analysis/AnalysisTestObjects.h"
 
@@ -36,10 +37,10 @@ struct Picture {
 };
 
 TEST(SpectrumPresenter, AFullScaleSineStandsAtZeroDbInItsColumnAtEveryResolution) {
-    for (const std::int32_t fftSize : {1024, 2048, 4096, 8192}) {
+    for (const std::int32_t fftSize : analyzerSizes) {
         const double bin = std::round(0.05 * fftSize);
         SignalSource source(sine(bin / fftSize));
-        RealTimeFrequencyAnalyzer analyzer(1, 8192, 8192, 120.0f, testTimer());
+        RealTimeFrequencyAnalyzer analyzer(externalAnalyzer, testTimer());
         analyzer.fftSize = fftSize;
         analyzer.measurement(0).connect(&source);
         SpectrumPresenter presenter(testTimer());
@@ -58,7 +59,7 @@ TEST(SpectrumPresenter, AFullScaleSineStandsAtZeroDbInItsColumnAtEveryResolution
 }
 
 TEST(SpectrumPresenter, FallsToATenthInTheReleaseTimeAndRisesByTheAttack) {
-    for (const float seconds : {8.0f, 4.0f, 2.0f, 1.0f, 0.5f}) {
+    for (const float seconds : analyzerReleaseSeconds) {
         Picture picture;
         picture.presenter.releaseTime = seconds;
         picture.show(0.0f);
@@ -94,7 +95,7 @@ TEST(SpectrumPresenter, FallsAwayOnceNoSpectrumHasComeForTheTimeout) {
 }
 
 TEST(SpectrumPresenter, TiltTurnsThePictureAroundOneKilohertz) {
-    for (const float tilt : {1.5f, 6.0f}) {
+    for (const float tilt : analyzerTilts) {
         Picture picture;
         picture.presenter.tilt = tilt;
         picture.presenter.smoothing = 1;
