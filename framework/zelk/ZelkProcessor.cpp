@@ -41,14 +41,16 @@ void ZelkProcessor::updateDelays() noexcept REALTIME {
     if (latency() == delayLength)
         return;
     const RealtimePermit permit{"wet delay replaced"};
-    delays.clear();
-    delayLength = latency();
-    for (const std::unique_ptr<Channel>& channel : channels) {
-        channel->output = &channel->mainInput;
-        if (delayLength <= 0)
-            continue;
-        delays.push_back(std::make_unique<wave::DelayFilter>(environment(), delayLength));
-        delays.back()->input = &channel->mainInput;
-        channel->output = delays.back().get();
-    }
+    trustedRealtime([this] {
+        delays.clear();
+        delayLength = latency();
+        for (const std::unique_ptr<Channel>& channel : channels) {
+            channel->output = &channel->mainInput;
+            if (delayLength <= 0)
+                continue;
+            delays.push_back(std::make_unique<wave::DelayFilter>(environment(), delayLength));
+            delays.back()->input = &channel->mainInput;
+            channel->output = delays.back().get();
+        }
+    });
 }
