@@ -25,7 +25,8 @@ ConvolverLevel::ConvolverLevel(wave::Environment& owner, const Convolver::Config
         inputBlocks.push_back(std::make_unique<FFTBlock>(plan, scratch));
     for (std::unique_ptr<FFTBlock>& block : outputBlocks)
         block = std::make_unique<FFTBlock>(plan, scratch);
-    const std::int64_t spectra = std::int64_t{2} * sizeof(float) * configuration.getPartitionCount() * plan.getSize();
+    constexpr std::int64_t bytes = 2 * sizeof(float);
+    const std::int64_t spectra = bytes * configuration.getPartitionCount() * plan.getSize();
     scheduler.setPeriod(hop);
     scheduler.add(inputTask);
     for (std::size_t set = 0; set < inverseTasks.size(); ++set) {

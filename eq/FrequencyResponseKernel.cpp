@@ -11,7 +11,17 @@
 
 namespace {
 
-constexpr std::int32_t storeWeight = 5; // measured: from one array and a window into memory that is in nobody's cache
+// Weights, measured by how even the blocks come. Longer kernels wait for memory: transform, window and slot together
+// leave the second-level cache.
+constexpr std::int32_t nearSize = 32768;
+
+constexpr std::int32_t inverseWeight(std::int32_t size) noexcept {
+    return size > nearSize ? 2 : 1;
+}
+
+constexpr std::int32_t storeWeight(std::int32_t size) noexcept {
+    return size > nearSize ? 9 : 5;
+}
 
 const FFTPlan& kernelPlan(const Convolver::Configuration& configuration) {
     release_assert(configuration.getKernelPlan() != nullptr);
@@ -42,17 +52,20 @@ public:
 private:
     static constexpr std::int32_t chunk = 256;
 
-    // Bin 0 and the last one are real.
+    // Bin 0 and the last one are real. The place of the one's imaginary part is the real part of the other, which is
+    // written later.
     void write(std::int32_t position, std::int32_t count) noexcept REALTIME {
         const std::int32_t last = units - 1;
-        float* const spectrum = kernel.inverseBlock.data();
-        for (std::int32_t index = 0; index < count; ++index) {
-            const std::int32_t bin = position + index;
+        float* const re = kernel.inverseBlock.data() + position;
+        float* const minusIm = re + last;
+        const std::int32_t paired = std::min(count, last - position);
+        for (std::int32_t index = 0; index < paired; ++index) {
             const std::complex<float> value = bins[static_cast<std::size_t>(index)];
-            spectrum[bin] = value.real();
-            if (bin > 0 && bin < last)
-                spectrum[last + bin] = -value.imag();
+            re[index] = value.real();
+            minusIm[index] = -value.imag();
         }
+        if (paired < count)
+            kernel.inverseBlock.data()[last] = bins[static_cast<std::size_t>(paired)].real();
     }
 
     FrequencyResponseKernel& kernel;
@@ -61,7 +74,10 @@ private:
 
 class FrequencyResponseKernel::InverseFFTTask final : public Convolver::UpdateTask {
 public:
-    explicit InverseFFTTask(FFTBlock& wanted) : block(wanted) { units = block.getPlan().getTotalWork(); }
+    explicit InverseFFTTask(FFTBlock& wanted) : block(wanted) {
+        units = block.getPlan().getTotalWork();
+        weight = inverseWeight(block.getPlan().getSize());
+    }
 
     void begin() noexcept REALTIME override { block.begin(); }
     void run(std::int32_t, std::int32_t count) noexcept REALTIME override { block.advanceInverse(count); }
@@ -72,21 +88,23 @@ private:
 
 class FrequencyResponseKernel::StoreResponseTask final : public Convolver::UpdateTask {
 public:
-    explicit StoreResponseTask(const FFTBlock& wanted) : UpdateTask(storeWeight), block(wanted) {
+    explicit StoreResponseTask(const FFTBlock& wanted) : block(wanted) {
         units = block.getPlan().getSize();
+        weight = storeWeight(units);
     }
 
     void begin() noexcept REALTIME override { target->length = units; }
 
     void run(std::int32_t position, std::int32_t count) noexcept REALTIME override {
+        const float scale = block.getPlan().getScale();
         const float* const window = block.getPlan().getWindow().data();
         const std::int32_t half = units / 2;
         while (count > 0) {
             const std::int32_t share = std::min(count, position < half ? half - position : units - position);
+            const float* const in = block.data() + (position < half ? position + half : position - half);
             float* const out = target->samples.data() + position;
-            block.readScaled(position < half ? position + half : position - half, out, share);
             for (std::int32_t index = 0; index < share; ++index)
-                out[index] *= window[position + index];
+                out[index] = in[index] * scale * window[position + index];
             position += share;
             count -= share;
         }
