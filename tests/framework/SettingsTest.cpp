@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <span>
@@ -200,9 +201,10 @@ TEST_F(SettingsTest, APresetFolderThatIsGoneFallsBackToTheStandard) {
 TEST_F(SettingsTest, AFurtherInstanceTakesAnotherProcesssChangesAndWritesNoneBack) {
     TestPlugin first;
     store({{"RetinaEnabled", 200}, {"ShowComponentDisplays", 0}});
-    const std::string before = home.read(file);
+    // A replaced file would no longer be the one that the second name leads to.
+    std::filesystem::create_hard_link(home.path() + file, home.path() + "second name");
     TestPlugin second;
-    EXPECT_EQ(home.read(file), before);
+    EXPECT_EQ(std::filesystem::hard_link_count(home.path() + file), 2u);
     EXPECT_EQ(first.sharedSettings().retinaEnabled.get(), 200);
     EXPECT_EQ(&first.sharedSettings(), &second.sharedSettings());
     second.sharedSettings().presetBrowserTypeToSearch = false;
