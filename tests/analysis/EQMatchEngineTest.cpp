@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 namespace {
 
 template <typename Engine>
@@ -35,72 +33,50 @@ TEST(EQMatchEngine, MeetsCurvesOfBellsAndRandomCurves) {
         EXPECT_EQ(engine.significantBandCount(), 1) << seed;
         EXPECT_LT(errorAfter(match::bellCurve(seed, 3), 8), 0.5) << seed;
         EXPECT_LT(errorAfter(match::bellCurve(seed, 8), 24), 0.4) << seed;
-        EXPECT_LT(errorAfter(match::smoothCurve(seed, 1.0), 24), 0.5) << seed;
-    }
-}
-
-TEST(EQMatchEngine, EveryBandMakesItBetterAndTheOrderIsThatOfTheChoice) {
-    const std::vector<float> curve = match::smoothCurve(5, 0.5);
-    EQMatchEngine engine;
-    run(engine, curve);
-    ASSERT_EQ(engine.bands().size(), 24u);
-    double before = match::errorBehind(curve, {});
-    for (std::size_t count = 1; count <= 24; ++count) {
-        const double error = match::errorBehind(curve, engine.bands().first(count));
-        EXPECT_LT(error, before) << count;
-        before = error;
-    }
-}
-
-TEST(EQMatchEngine, NothingLevelAndWholeOffsetsStartAsTold) {
-    EQMatchEngine engine;
-    for (const std::size_t count : {0u, 1u, 2u, 1000u}) {
-        run(engine, std::vector<float>(count, 0.0f));
-        EXPECT_TRUE(engine.bands().empty()) << count;
-        EXPECT_EQ(engine.significantBandCount(), 0);
-    }
-    engine.maxBands = 1;
-    for (const float level : {0.9f, 3.0f, -5.9f}) {
-        run(engine, std::vector<float>(1000, level));
-        ASSERT_EQ(engine.bands().size(), level == 0.9f ? 0u : 1u) << "an end of 1 dB is enough for a shelf";
-        if (level != 0.9f) {
-            EXPECT_EQ(engine.bands()[0].shape, FilterShape::highShelf) << "on a tie the high end counts";
-            EXPECT_NEAR(dbOf(engine.bands()[0]), static_cast<double>(level), 0.001);
+        const std::vector<float> curve = match::smoothCurve(seed, 1.0);
+        double before = errorAfter(curve, 0);
+        for (std::size_t count = 1; count <= engine.bands().size(); ++count) {
+            const double error = match::errorBehind(curve, engine.bands().first(count));
+            EXPECT_LT(error, before) << "every band makes it better";
+            before = error;
         }
+        EXPECT_LT(before, 0.5);
     }
-    engine.maxBands = 0;
-    run(engine, std::vector<float>(1000, 3.0f));
-    EXPECT_TRUE(engine.bands().empty());
+}
+
+TEST(EQMatchEngine, NothingGivesNoBandAndAnEndOfOneDbAShelf) {
+    EQMatchEngine engine;
+    engine.maxBands = 1;
+    for (const std::size_t count : {0u, 1u, 2u, 1000u})
+        for (const float level : {0.0f, 0.9f, 3.0f, -5.9f}) {
+            run(engine, std::vector<float>(count, level));
+            ASSERT_EQ(engine.bands().size(), count == 1000 && std::fabs(level) >= 1.0f ? 1u : 0u) << count;
+            if (!engine.bands().empty()) {
+                EXPECT_EQ(engine.bands()[0].shape, FilterShape::highShelf) << "on a tie the high end counts";
+                EXPECT_NEAR(dbOf(engine.bands()[0]), static_cast<double>(level), 0.001);
+            }
+        }
 }
 
 TEST(EQMatchEngine, TriesCutsFromAnEndOfMinusSixDbOnAndOnlyWhatIsAllowed) {
-    struct Recording final : EQMatchEngine {
-        bool allowBand(FilterShape shape, std::int32_t order) const override {
-            asked.insert({shape, order});
-            return shape != FilterShape::bell && shape != FilterShape::lowShelf;
-        }
-        mutable std::set<std::pair<FilterShape, std::int32_t>> asked;
+    struct OnlyCuts final : EQMatchEngine {
+        bool allowBand(FilterShape shape, std::int32_t) const override { return shape == FilterShape::highPass; }
     };
-    for (const auto& [low, cuts] : {std::pair{-6.0f, 6u}, {-5.999f, 0u}}) {
-        Recording engine;
+    for (const auto& [low, bands] : {std::pair{-6.0f, 1u}, {-5.999f, 0u}}) {
+        OnlyCuts engine;
         engine.maxBands = 1;
         std::vector<float> curve(1000, 0.0f);
         std::fill_n(curve.begin(), 200, low);
         run(engine, curve);
-        std::size_t highPasses = 0;
-        for (const auto& [shape, order] : engine.asked)
-            highPasses += shape == FilterShape::highPass;
-        EXPECT_EQ(highPasses, cuts);
-        EXPECT_EQ(engine.bands().size(), cuts > 0 ? 1u : 0u);
+        EXPECT_EQ(engine.bands().size(), bands);
     }
     std::vector<float> curve(1000, 0.0f);
     AnalogFilterPrototype cut;
     designBand(FilterShape::lowPass, FilterSlope::db24, 0.0f, 1.0f, 3000.0, cut, 640.0);
     match::addResponse(curve, cut, 1.0);
     EQMatchEngine engine;
-    engine.maxBands = 1;
     run(engine, curve);
-    ASSERT_EQ(engine.bands().size(), 1u);
+    ASSERT_GE(engine.bands().size(), 1u);
     EXPECT_EQ(engine.bands()[0].shape, FilterShape::lowPass);
     EXPECT_EQ(engine.bands()[0].order, 4);
     EXPECT_NEAR(engine.bands()[0].frequency, 3000.0, 30.0);

@@ -30,23 +30,19 @@ struct FakeBands final : EQMatchPlacement::Bands {
     int undoSteps = 0;
 };
 
-// The reference has 12 dB more around 1 kHz and 8 dB less around 5 kHz.
+// The reference has 12 dB more around 1 kHz.
 struct Studio {
     Studio() {
         for (SpectrumPresenter* each : {&input, &reference})
             each->columnCount = 600;
         input.setSource(&inputSpectrum);
         reference.setSource(&referenceSpectrum);
-        inputSpectrum.magnitudes.assign(4097, 0.01f);
+        AnalogFilterPrototype bell;
+        designBand(FilterShape::bell, FilterSlope::db12, 12.0f, 1.0f, 1000.0, bell, 640.0);
         for (std::size_t bin = 0; bin <= 4096; ++bin) {
-            const double hz = std::max(static_cast<double>(bin), 0.5) * 44100.0 / 8192.0;
-            double db = -40.0;
-            for (const auto& [centre, height] : {std::pair{1000.0, 12.0}, {5000.0, -8.0}}) {
-                AnalogFilterPrototype band;
-                designBand(FilterShape::bell, FilterSlope::db12, static_cast<float>(height), 1.0f, centre, band, 640.0);
-                db += 10.0 * std::log10(band.squaredMagnitude(hz));
-            }
-            referenceSpectrum.magnitudes[bin] = static_cast<float>(std::pow(10.0, db / 20.0));
+            const double power = bell.squaredMagnitude(std::max(static_cast<double>(bin), 0.5) * 44100.0 / 8192.0);
+            inputSpectrum.magnitudes[bin] = 0.01f;
+            referenceSpectrum.magnitudes[bin] = 0.01f * static_cast<float>(std::sqrt(power));
         }
     }
 
@@ -80,33 +76,26 @@ TEST(EQMatchSession, TurnsTheDifferenceOfTwoAveragesIntoBandsThatTheSliderTakesA
     session.match();
     ASSERT_EQ(session.mode(), EQMatchSession::Mode::matched);
     EXPECT_FALSE(studio.input.running || studio.reference.running);
-    ASSERT_GE(session.bandCount(), 2u);
     EXPECT_EQ(studio.bands.used.size(), session.bandCount() + 1);
     const EQMatchBand& first = studio.bands.used.at(1);
     EXPECT_EQ(first.shape, FilterShape::bell);
-    EXPECT_NEAR(first.log2Frequency, std::log2(1000.0f), 0.2f);
-    EXPECT_NEAR(first.gainDb, 12.0f, 2.0f);
-    // Designed from its plain values, as the plug-in does it, a band is the one that was found.
-    AnalogFilterPrototype designed;
-    designBand(first.shape, first.slope, first.gainDb, first.q, std::exp2(first.log2Frequency), designed, 640.0);
-    AnalogFilterPrototype found = session.found()[0];
-    for (const double hz : {100.0, 700.0, 1000.0, 3000.0})
-        EXPECT_NEAR(designed.squaredMagnitude(hz), found.squaredMagnitude(hz), 1e-3);
+    EXPECT_EQ(first.slope, FilterSlope::db12);
+    EXPECT_NEAR(first.log2Frequency, std::log2(1000.0f), 0.05f);
+    EXPECT_NEAR(first.gainDb, 12.0f, 0.5f);
+    EXPECT_NEAR(first.q, 1.0f, 0.15f) << "the plain one";
 
     session.setBandCount(4);
     const float third = studio.bands.used.at(3).log2Frequency;
     session.setBandCount(2);
     EXPECT_FALSE(studio.bands.used.contains(3));
-    studio.bands.used.emplace(20, EQMatchBand(AnalogFilterPrototype{})); // the user's own
     session.setBandCount(3);
     EXPECT_EQ(studio.bands.used.at(3).log2Frequency, third) << "it comes back where it stood";
     session.finish();
     EXPECT_EQ(studio.bands.undoSteps, 1);
-    EXPECT_EQ(studio.bands.used.size(), 5u);
     EXPECT_FALSE(studio.input.accumulate);
     session.analyze();
     session.cancel();
-    EXPECT_EQ(studio.bands.used.size(), 5u) << "finished bands are the user's";
+    EXPECT_EQ(studio.bands.used.size(), 4u) << "finished bands are the user's";
     EXPECT_EQ(studio.bands.undoSteps, 1);
 }
 
