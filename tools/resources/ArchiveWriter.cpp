@@ -18,7 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t longestName = 67;
-constexpr std::string_view sourceExtension = ".preset";
 
 std::string readAll(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -60,7 +59,7 @@ std::string level(const fs::path& folder) {
         if (entry.is_directory()) {
             const std::string content = level(entry.path());
             entries[name] = record(name, content.size(), -1) + content;
-        } else if (entry.path().extension() == sourceExtension) {
+        } else if (entry.path().extension() == presetSourceExtension) {
             const std::string preset = entry.path().stem().string() + ".tvp";
             try {
                 entries[preset] = fileEntry(preset, presetBytes(readPresetSource(readAll(entry.path()))));

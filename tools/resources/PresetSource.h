@@ -12,6 +12,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+inline constexpr std::string_view presetSourceExtension = ".preset";
+
 struct PresetSource {
     std::string about;         // what the preset is for
     std::vector<float> values; // in the order of a preset of version 4

@@ -1,5 +1,6 @@
 // zelk-pack: makes what the library embeds out of the sources in resources/.
 #include "tools/resources/ArchiveWriter.h"
+#include "tools/resources/PresetCatalogue.h"
 #include "tools/resources/PresetSource.h"
 
 #include <cstdlib>
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr std::string_view usage = "zelk-pack presets FOLDER FILE    the archive of the factory presets\n"
+                                   "zelk-pack page FOLDER FILE       the page that lists them\n"
                                    "zelk-pack map VERSION FILE       the map of preset values of an older version\n"
                                    "zelk-pack embed FILE.cpp NAME=FILE...    a table of embedded files\n";
 
@@ -53,6 +55,9 @@ int run(const std::vector<std::string>& arguments) {
     std::string target;
     if (command == "presets" && arguments.size() == 3) {
         bytes = packPresets(arguments[1]);
+        target = arguments[2];
+    } else if (command == "page" && arguments.size() == 3) {
+        bytes = presetPage(readPresetCatalogue(arguments[1]));
         target = arguments[2];
     } else if (command == "map" && arguments.size() == 3) {
         bytes = mapBytes(std::stoi(arguments[1]));
