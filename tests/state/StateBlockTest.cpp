@@ -14,7 +14,7 @@ public:
 // The block behind the values, by its table.
 Bytes stateBlock(std::int32_t version, std::int32_t instanceId, std::string_view instanceName, bool modified) {
     Bytes bytes;
-    bytes.raw("ZK3p").i32(version).string("Air").i32(instanceId).i32(instanceName.empty() ? 1 : 0).string(instanceName);
+    bytes.raw("ZK3p").i32(version).string("Sky").i32(instanceId).i32(instanceName.empty() ? 1 : 0).string(instanceName);
     if (version >= 2)
         bytes.i32(modified ? 1 : 0);
     if (version >= 3)
@@ -41,7 +41,7 @@ protected:
 };
 
 TEST_F(StateBlockTest, IsWrittenByItsTableAndReadInAllVersions) {
-    plugin.currentPreset().setName("Air");
+    plugin.currentPreset().setName("Sky");
     plugin.customValues = {{"k", "v"}};
     plugin.setInstanceName("Lead");
     plugin.currentPreset().setModified(true);
@@ -57,7 +57,7 @@ TEST_F(StateBlockTest, IsWrittenByItsTableAndReadInAllVersions) {
         plugin.setListener(&events);
         EXPECT_TRUE(read(stateBlock(version, -1, "Bass", version == 3).text));
         plugin.setListener(nullptr);
-        EXPECT_EQ(plugin.currentPreset().name(), "Air");
+        EXPECT_EQ(plugin.currentPreset().name(), "Sky");
         EXPECT_EQ(plugin.currentPreset().path(), "");
         EXPECT_EQ(plugin.instanceName(), "Bass");
         EXPECT_EQ(plugin.currentPreset().modified(), version == 3);
@@ -97,7 +97,7 @@ TEST_F(StateBlockTest, AnIdIsTakenOnlyWhenNobodyHasItAndItsSpectrumCanBeNamed) {
         std::ostringstream values;
         EXPECT_TRUE(plugin.writeParameterBlock(values));
         return values.str() +
-               Bytes().raw("ZK3p").i32(3).string("Air").i32(7).i32(1).string("x").i32(0).raw("CuSV").i32(1).i32(0).text;
+               Bytes().raw("ZK3p").i32(3).string("Sky").i32(7).i32(1).string("x").i32(0).raw("CuSV").i32(1).i32(0).text;
     }()));
 }
 
@@ -123,7 +123,7 @@ TEST_F(StateBlockTest, ValuesAreReadUpToTheFirstThatIsNotThere) {
 
 TEST_F(StateBlockTest, EqualityLooksAtValuesNameAndModifiedFlag) {
     std::ostringstream values;
-    plugin.currentPreset().setName("Air");
+    plugin.currentPreset().setName("Sky");
     plugin.customValues = {{"k", "v"}};
     ASSERT_TRUE(plugin.writeParameterBlock(values));
     const std::string block = values.str();
