@@ -166,24 +166,32 @@ TEST(SpectrumPresenter, AccumulateShowsTheMeanAndGrowsInOverHalfASecond) {
     EXPECT_EQ(picture.presenter.frameCount(), 0);
 }
 
-TEST(SpectrumPresenter, KeepsItsPictureThroughAChangeOfWidthSizeRangeAndRate) {
+TEST(SpectrumPresenter, KeepsItsPictureThroughAChangeOfWidthSizeAndRange) {
     Picture picture;
     picture.presenter.smoothing = 1;
-    picture.show(-10.0f);
-    const auto change = [&](auto act) {
-        act(picture.presenter);
-        picture.presenter.update(0.0);
-        EXPECT_NEAR(picture.at(picture.presenter.columns().size() / 2), -10.0f, 0.001f);
+    std::fill_n(picture.spectrum.magnitudes.begin(), 100, 0.1f); // -20 dB up to 2153 Hz, nothing above
+    ++picture.spectrum.frames;
+    picture.presenter.update(tick);
+    const auto atHz = [&](double hz) {
+        const double low = static_cast<double>(picture.presenter.minLog2Frequency);
+        const auto last = static_cast<double>(picture.presenter.columns().size() - 1);
+        return picture.at(static_cast<std::size_t>((std::log2(hz) - low) * last / (14.287712 - low)));
     };
-    change([](SpectrumPresenter& each) { each.columnCount = 617; });
-    change([](SpectrumPresenter& each) { each.minLog2Frequency = 6.0f; });
-    change([](SpectrumPresenter& each) { each.sampleRate = 96000.0f; });
-    picture.spectrum.resize(8192);
-    change([](SpectrumPresenter&) {});
+    const auto change = [&](auto act) {
+        act();
+        picture.presenter.update(0.0);
+        EXPECT_NEAR(atHz(1900.0), -20.0f, 0.001f);
+        EXPECT_NEAR(atHz(2400.0), -60.0f, 0.001f);
+    };
+    change([] {});
+    change([&] { picture.presenter.columnCount = 617; });
+    change([&] { picture.presenter.minLog2Frequency = 6.0f; });
+    change([&] { picture.spectrum.resize(8192); });
+    change([&] { picture.spectrum.resize(1024); });
     picture.run(1000.0); // silent: what is gone is not brought back
     picture.presenter.columnCount = 400;
     picture.presenter.update(0.0);
-    EXPECT_EQ(picture.at(200), -60.0f);
+    EXPECT_EQ(atHz(1900.0), -60.0f);
 }
 
 TEST(SpectrumPresenter, ShowsTheFloorWhereItHasNothingToShow) {
@@ -206,6 +214,7 @@ TEST(SpectrumPresenter, SmoothingKeepsTheHeightOfALonePeakAndNeverLeavesItsNeigh
     struct Dip final : SpectrumPresenter::SubtractiveCurve {
         float db(std::int32_t column) const override { return column > 100 ? -12.0f : 0.0f; }
     } dip;
+    std::ptrdiff_t place = 0;
     for (const std::int32_t width : {1, 2, 3, 5, 16}) {
         Picture picture(200);
         picture.presenter.smoothing = width;
@@ -214,6 +223,9 @@ TEST(SpectrumPresenter, SmoothingKeepsTheHeightOfALonePeakAndNeverLeavesItsNeigh
         picture.presenter.update(tick);
         const auto columns = picture.presenter.columns();
         EXPECT_NEAR(std::ranges::max(columns), 0.0f, 0.001f) << width;
+        if (width == 1)
+            place = std::ranges::max_element(columns) - columns.begin();
+        EXPECT_EQ(std::ranges::max_element(columns) - columns.begin(), place) << width;
         EXPECT_GE(std::ranges::min(columns), -60.001f) << "the cubic does not overshoot";
         EXPECT_LE(std::ranges::count_if(columns, [](float each) { return each > -59.9f; }), 2 * width + 2);
         picture.presenter.addCurve(dip);
