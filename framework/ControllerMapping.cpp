@@ -1,5 +1,15 @@
 #include "framework/ControllerMapping.h"
 
+#include "base/BinaryDataReader.h"
+#include "base/BinaryDataWriter.h"
+
+namespace {
+
+constexpr char signature[] = "TVCM";
+constexpr std::int32_t formatVersion = 1; // not looked at when a map is read
+
+} // namespace
+
 ControllerMapping::ControllerMapping() : changed(*this, this) {
     for (auto& entry : entries)
         entry.store(none, std::memory_order_relaxed);
@@ -47,4 +57,27 @@ void ControllerMapping::copyFrom(const ControllerMapping& other) {
     const Hold hold(*this);
     for (std::size_t controller = 0; controller < controllerCount; ++controller)
         replace(controller, other.target(controller));
+}
+
+bool ControllerMapping::read(BinaryDataReader& reader) {
+    if (reader.readHeader() != signature)
+        return false;
+    // A map that ends early is no map: what failed to be read would count as parameter 0.
+    std::array<std::int32_t, controllerCount> found{};
+    for (std::int32_t& entry : found)
+        entry = reader.readInt32();
+    if (!reader.good())
+        return false;
+    const Hold hold(*this);
+    for (std::size_t controller = 0; controller < controllerCount; ++controller)
+        replace(controller, found[controller]);
+    modified = false;
+    return true;
+}
+
+void ControllerMapping::write(BinaryDataWriter& writer) {
+    writer.writeHeader(signature, formatVersion);
+    for (std::size_t controller = 0; controller < controllerCount; ++controller)
+        writer.writeInt32(target(controller));
+    modified = false;
 }

@@ -10,6 +10,9 @@
 #include <cstddef>
 #include <cstdint>
 
+class BinaryDataReader;
+class BinaryDataWriter;
+
 class ControllerMapping final : public UpdatedObject, public EventSender {
 public:
     static constexpr std::size_t controllerCount = 128;
@@ -25,6 +28,10 @@ public:
     void assign(std::int32_t controller, std::int32_t target); // [main]
     void clear();                                              // [main]
     void copyFrom(const ControllerMapping& other);             // [main] leaves modified alone
+
+    // The form that files have; both clear modified. Listeners hear of a read once, and nothing changes when it fails.
+    [[nodiscard]] bool read(BinaryDataReader& reader); // [main] false: no whole map stood there
+    void write(BinaryDataWriter& writer);              // [main]
 
     std::int32_t target(std::size_t controller) const noexcept REALTIME; // [any] -1 beyond the table
 

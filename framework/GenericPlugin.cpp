@@ -40,7 +40,7 @@ void GenericPlugin::init() {
     }
     ownSettings = createSettings();
     if (first && !loadControllerMap())
-        loadDefaultControllerMap();
+        loadFactoryControllerMap();
     readSettings();
     if (first && (sharedSettings().newVersion || !hasPresets()))
         static_cast<void>(installFactoryPresets(sharedSettings().olderVersion)); // without them all works on
@@ -69,7 +69,8 @@ void GenericPlugin::createGlobals() {
 }
 
 void GenericPlugin::destroyGlobals() {
-    saveControllerMap();
+    if (controllerMapping().modified)
+        saveControllerMap();
     PluginInstances::ofProcess().end();
 }
 

@@ -116,7 +116,7 @@ public:
     const std::string& instanceName() const noexcept { return ownInstanceName; }
     // Empty: named after the product, with a number when taken. The host hears that its state has changed if it shall.
     void setInstanceName(std::string_view wanted, bool tellHost = true);
-    std::int32_t instanceId();                     // given at the first question
+    std::int32_t instanceId();                                              // given at the first question
     std::int32_t givenInstanceId() const noexcept { return ownInstanceId; } // -1: not yet
     bool hasAutomaticName() const noexcept { return automaticName; }
     virtual bool sideChainSwitch() const noexcept { return true; } // opens the side chain port, with the capability
@@ -164,7 +164,11 @@ public:
     virtual int maxWidth() const; // of that and all of the table
     virtual int maxHeight() const;
 
-    ControllerMapping& controllerMapping() noexcept; // of the process
+    // The controller map of the process. The first instance loads it, the last one saves it if it was changed.
+    ControllerMapping& controllerMapping() noexcept;
+    [[nodiscard]] virtual bool loadControllerMap() { return false; } // from the user's file; false: it stays as it is
+    virtual void loadFactoryControllerMap() {}
+    virtual void saveControllerMap() {} // to that file; a failure is nobody's business
 
 protected:
     // [main] Joins the instances of the process; the first makes what all share. The derived constructor calls it.
@@ -178,11 +182,6 @@ protected:
     virtual std::unique_ptr<SharedSettings> createSharedSettings();
     virtual std::unique_ptr<Settings> createSettings();
 
-    // The first instance's controller map, from its file; the last one's goes there.
-    virtual bool loadControllerMap() { return false; }
-    virtual void loadDefaultControllerMap() {}
-    virtual void saveControllerMap() {}
-
     // Preset files, which the framework does not read itself.
     virtual void presetFolderChanged(const std::string&) {}               // scans it; called once at the start too
     virtual bool hasPresets() const { return true; }                      // in that folder
@@ -194,7 +193,7 @@ protected:
 
     virtual void afterParameterChange(std::int32_t) {}      // id, or -1 at the end of a batch
     virtual void loadProgram(std::int32_t, std::int32_t) {} // bank and program of a MIDI program change
-    void storeLatency(std::int32_t samples); // tells the host when it differs, on the main thread
+    void storeLatency(std::int32_t samples);                // tells the host when it differs, on the main thread
     void tellListener(std::int32_t code, std::int32_t argument);
     void tellStateChanged(std::int32_t kind); // to the host
     // From a project: the host is not told, it knows.

@@ -294,6 +294,11 @@ void GenericPluginProcessor::receiveEditorMidi(const MidiMessage& message) {
         static_cast<void>(learn->push(message));
 }
 
+void GenericPluginProcessor::programChange(std::int32_t bank, std::int32_t program) noexcept REALTIME {
+    if (adapter != nullptr)
+        adapter->programChange(bank, program);
+}
+
 void GenericPluginProcessor::reserveQueues() noexcept {
     midiQueue.reserve();
     changeQueue.reserve();

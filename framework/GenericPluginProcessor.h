@@ -5,6 +5,7 @@
 
 #include "base/AudioThreadMark.h"
 #include "base/LockFreeQueue.h"
+#include "base/Property.h"
 #include "base/Realtime.h"
 #include "base/UpdatedObject.h"
 #include "framework/ControllerMapping.h"
@@ -76,6 +77,13 @@ public:
     void receiveHostMidi(const MidiMessage& message) noexcept REALTIME; // to decoder and learn queue
     void receiveEditorMidi(const MidiMessage& message);                 // [main] the same from the editor side
 
+    // For the receivers behind the decoder.
+    void setMidiActivity(std::int32_t code) noexcept REALTIME { midiActivityCode = code; } // told at the span's end
+    void programChange(std::int32_t bank, std::int32_t program) noexcept REALTIME;
+    virtual void noteOff(std::int32_t, float) noexcept REALTIME {} // note, velocity
+    virtual void noteOn(std::int32_t, float) noexcept REALTIME {}
+    std::vector<ValueAssignable<float>*> floatTargets; // what controllers move beside parameters; not owned, not null
+
     // Questions.
     virtual std::int32_t tailLength() const noexcept REALTIME;   // samples the graph sounds on, -1: for ever
     virtual std::int32_t silenceTail() const noexcept REALTIME;  // -1
@@ -124,7 +132,6 @@ protected:
     void setLatency(std::int32_t samples) noexcept REALTIME { wantedLatency.store(samples, std::memory_order_relaxed); }
 
     void setExternalBypass(bool wanted) noexcept REALTIME;
-    void setMidiActivity(std::int32_t code) noexcept REALTIME { midiActivityCode = code; } // from the decoder's tree
 
     std::vector<std::unique_ptr<Channel>>
         channels; // one a channel of the layout, in its order; made by the derived class

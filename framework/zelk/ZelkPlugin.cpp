@@ -1,6 +1,7 @@
 #include "framework/zelk/ZelkPlugin.h"
 
 #include "framework/zelk/LegacyPresetLoader.h"
+#include "midi/ControllerMapFile.h"
 #include "resources/ZelkResources.h"
 #include "state/PresetFile.h"
 #include "state/SharedPresets.h"
@@ -53,6 +54,18 @@ void ZelkPlugin::createGlobals() {
     setEmbeddedResources(zelkResources());
     GenericStatefulPlugin::createGlobals();
     addComponentPresets("Spectrum", ".spectrum");
+}
+
+bool ZelkPlugin::loadControllerMap() {
+    return ControllerMapFile(dataFolder()).load(controllerMapping());
+}
+
+void ZelkPlugin::loadFactoryControllerMap() {
+    ControllerMapFile::loadFactory(controllerMapping());
+}
+
+void ZelkPlugin::saveControllerMap() {
+    static_cast<void>(ControllerMapFile(dataFolder()).save(controllerMapping()));
 }
 
 std::string ZelkPlugin::runPresetLoad(const std::string& path) {

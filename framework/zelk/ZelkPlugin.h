@@ -22,6 +22,10 @@ public:
     bool hasInterface() const noexcept override { return true; }
     std::span<const InterfaceSize> interfaceSizes() const noexcept override;
 
+    [[nodiscard]] bool loadControllerMap() override;
+    void loadFactoryControllerMap() override;
+    void saveControllerMap() override;
+
     std::int32_t presetVersion() const noexcept override { return 4; }
 
     ZelkSettings& zelkSettings() noexcept { return static_cast<ZelkSettings&>(settings()); }
