@@ -1,6 +1,7 @@
 #include "framework/zelk/ZelkProcessor.h"
 
 #include "framework/ProcessorChannel.h"
+#include "midi/ProcessorMidiInput.h"
 
 ZelkProcessor::ZelkProcessor(chl::Layout layout)
     : GenericPluginProcessor(static_cast<int>(layout), chl::channelCount(layout))
@@ -17,6 +18,10 @@ ZelkProcessor::ZelkProcessor(chl::Layout layout)
 }
 
 ZelkProcessor::~ZelkProcessor() = default;
+
+std::unique_ptr<MidiMessageReceiver> ZelkProcessor::createMidiReceiver() {
+    return std::make_unique<ProcessorMidiInput>(*this);
+}
 
 void ZelkProcessor::beforeChange(std::int32_t id) noexcept {
     if (movesLatency(id))

@@ -18,6 +18,7 @@ public:
     std::int32_t silenceTail() const noexcept REALTIME override { return 8192; }
 
 protected:
+    std::unique_ptr<MidiMessageReceiver> createMidiReceiver() override;
     void beforeChange(std::int32_t id) noexcept override;
     void runGraph(std::span<const float*> outputs, std::int32_t count) noexcept REALTIME override;
     void sampleRateChanged() override;
