@@ -7,8 +7,7 @@
 
 namespace {
 
-constexpr std::size_t largestState = std::size_t{64} << 20; // bytes; a host without end must not fill the memory
-constexpr int patience = 1000;                              // reads in a row that a host may put off
+constexpr std::size_t largestState = std::size_t{16} << 20; // bytes; a host without end must not fill the memory
 
 bool save(const clap_plugin* plugin, const clap_ostream* stream) noexcept {
     return stream != nullptr && stream->write != nullptr &&
@@ -36,17 +35,12 @@ bool writeClapStream(const clap_ostream& stream, std::string_view bytes) {
 
 bool readClapStream(const clap_istream& stream, std::string& bytes) {
     std::array<char, 2048> piece;
-    for (int putOff = 0; putOff < patience && bytes.size() <= largestState;) {
+    while (bytes.size() <= largestState) {
         const std::int64_t count = stream.read(&stream, piece.data(), piece.size());
         if (count == 0)
             return true;
-        if (count == -1 || count > static_cast<std::int64_t>(piece.size()))
+        if (count < 0 || count > static_cast<std::int64_t>(piece.size()))
             return false;
-        if (count < 0) { // not an error yet: the host wants to be asked again
-            ++putOff;
-            continue;
-        }
-        putOff = 0;
         bytes.append(piece.data(), static_cast<std::size_t>(count));
     }
     return false;

@@ -5,7 +5,9 @@
 #include "state/StoredValue.h"
 
 CollectionPresetLoader::CollectionPresetLoader(GenericPlugin& owner, const PresetParameterCollection& wanted)
-    : PresetLoader(owner, wanted.signature()), collection(wanted) {}
+    : PresetLoader(owner, wanted.signature()), collection(wanted) {
+    hasCustomValues = wanted.isWholeList();
+}
 
 std::int32_t CollectionPresetLoader::parameterCount() {
     return collection.count();

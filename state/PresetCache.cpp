@@ -199,14 +199,19 @@ void PresetCache::sync(const std::vector<Preset*>& presets, const std::vector<st
         folders = roots;
         std::unordered_set<std::uint64_t> listed;
         waiting.clear();
-        for (const Preset* preset : presets) {
+        for (Preset* preset : presets) {
             const std::uint64_t hash = hashOf(preset->path);
             listed.insert(hash);
             const auto [found, isNew] = entries.try_emplace(hash, *preset);
             found->second.bank = preset->bank;
             found->second.program = preset->program;
-            if (isNew || found->second.fileTime != preset->fileTime)
+            if (isNew || found->second.fileTime != preset->fileTime) {
                 waiting.insert(hash);
+            } else { // the tree shows at once what was read before
+                preset->author = found->second.author;
+                preset->description = found->second.description;
+                preset->tags = found->second.tags;
+            }
             found->second.fileTime = preset->fileTime;
         }
         for (auto at = entries.begin(); at != entries.end();) {

@@ -70,12 +70,13 @@ void PresetLoader::loadBinary(BinaryDataReader& reader) {
         else
             resetParameter(i);
     }
+    CustomValues values;
     if (customValuesFromVersion >= 1 && reader.version >= customValuesFromVersion) {
-        if (!readCustomValues(reader, plugin.customValues))
+        if (!readCustomValues(reader, values))
             report(invalidFormat);
-    } else {
-        plugin.customValues.clear();
     }
+    if (hasCustomValues)
+        plugin.customValues = std::move(values);
     finishLoad(reader.version);
     plugin.endChange();
     if (!reader.good())
@@ -99,8 +100,11 @@ void PresetLoader::loadText(std::istream& stream, std::int32_t expectedVersion, 
         return;
     plugin.beginChange();
     beginLoad(header.version);
-    loadSections(reader);
-    PresetText::storeMetadata(header, plugin.customValues);
+    CustomValues values;
+    loadSections(reader, values);
+    PresetText::storeMetadata(header, values);
+    if (hasCustomValues)
+        plugin.customValues = std::move(values);
     finishLoad(header.version);
     plugin.endChange();
     if (reader.error() != SectionFileReader::none)
@@ -108,9 +112,8 @@ void PresetLoader::loadText(std::istream& stream, std::int32_t expectedVersion, 
 }
 
 // From where the header ended: the reader stands in the next section, if there is one.
-void PresetLoader::loadSections(SectionFileReader& reader) {
+void PresetLoader::loadSections(SectionFileReader& reader, CustomValues& settings) {
     std::vector<bool> isSet(static_cast<std::size_t>(std::max(parameterCount(), 0)));
-    CustomValues settings;
     while (!reader.sectionName().empty()) {
         const std::string section = reader.sectionName();
         if (section == PresetText::parameterSection) {
@@ -130,5 +133,4 @@ void PresetLoader::loadSections(SectionFileReader& reader) {
     for (std::size_t i = 0; i < isSet.size(); ++i)
         if (!isSet[i])
             resetParameter(static_cast<std::int32_t>(i));
-    plugin.customValues = std::move(settings);
 }

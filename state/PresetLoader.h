@@ -2,6 +2,7 @@
 // value goes is told by the derived classes. Threads: main.
 #pragma once
 
+#include "base/CustomValueBlock.h"
 #include "state/ErrorReporter.h"
 
 #include <cstdint>
@@ -26,6 +27,7 @@ public:
     ErrorReporter load(std::istream& stream, std::int32_t expectedVersion = anyAcceptedVersion,
                        std::string_view expectedSignature = {});
 
+    bool hasCustomValues = true; // the preset is one of a whole plug-in: its custom values replace the present ones
     std::int32_t customValuesFromVersion = 0; // binary presets have custom values from this version on; 0: none has
 
 protected:
@@ -48,7 +50,7 @@ protected:
 private:
     void loadBinary(BinaryDataReader& reader);
     void loadText(std::istream& stream, std::int32_t expectedVersion, std::string_view expected);
-    void loadSections(SectionFileReader& reader);
+    void loadSections(SectionFileReader& reader, CustomValues& settings);
     bool checkVersion(std::int32_t version, std::int32_t expectedVersion);
     void reportUnknownSignature(std::string_view found);
 

@@ -22,6 +22,7 @@ public:
 
     std::int32_t count() const noexcept { return parameters.count(); }
     AbstractPluginParameter& at(std::int32_t index) const noexcept { return parameters.at(index); }
+    bool isWholeList() const noexcept; // of the plug-in
     const std::string& signature() const noexcept { return ownSignature; }
 
     std::int32_t indexOf(std::string_view name) const; // by name or other name, -1: none
@@ -44,7 +45,6 @@ public:
     std::int32_t customValuesFromVersion = 0; // as that of the loaders
 
 private:
-    bool isWholeList() const noexcept;
     bool savesText() const noexcept;
     std::string binaryBytes(std::int32_t version) const;
     std::string textBytes(std::int32_t version) const;

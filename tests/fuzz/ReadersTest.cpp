@@ -50,7 +50,7 @@ TEST(FuzzedReaders, StandEveryExampleAndDamagedFormsOfIt) {
              std::filesystem::directory_iterator(std::filesystem::path(ZELK_FUZZ_CORPUS) / reader.name)) {
             const std::string bytes = contentOf(entry.path());
             reader.read(bytes);
-            for (int i = 0; i < 40; ++i)
+            for (int i = 0; i < 20; ++i)
                 reader.read(damaged(bytes, random));
             ++examples;
         }

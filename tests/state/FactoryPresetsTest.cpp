@@ -3,6 +3,8 @@
 #include "state/PresetManager.h"
 #include "state/ResourceArchive.h"
 #include "tests/state/StateTestObjects.h"
+#include "tools/resources/PresetLayout.h"
+#include "tools/resources/PresetSource.h"
 
 #include <filesystem>
 #include <zlib.h>
@@ -120,6 +122,41 @@ TEST_F(FactoryPresets, ThePackedOnesAreVersionFourWith334ValuesThatTheProductCan
     EXPECT_NEAR(band.threshold.unitFromValue(band.threshold.value()), -34.0, 1e-4);
     EXPECT_NEAR(band.q.unitFromValue(band.q.value()), 2.2, 1e-5);
     EXPECT_EQ(band.dynamicRange.value(), -8.0f);
+}
+
+// The packer knows none of the product's classes, only the format; here the two meet.
+TEST_F(FactoryPresets, ThePackersNamesRangesAndLawsAreThoseOfTheProduct) {
+    const ZelkPlugin plugin;
+    const auto expectNames = [](const AbstractPluginParameter& parameter, std::string_view names) {
+        for (float value = parameter.minimum(); value <= parameter.maximum(); value += 1.0f)
+            EXPECT_EQ(PresetLayout::indexOfName(names, parameter.text(value)), static_cast<int>(value))
+                << parameter.longName() << parameter.text(value);
+    };
+    const EQParameterSet& band = plugin.bands.set(0);
+    expectNames(band.shape, PresetLayout::shapeNames);
+    expectNames(band.slope, PresetLayout::slopeNames);
+    expectNames(band.stereoPlacement, PresetLayout::placementNames);
+    expectNames(band.speakers, PresetLayout::speakersNames);
+    std::int32_t id = PresetLayout::firstGlobal;
+    for (const PresetLayout::Global& global : PresetLayout::globals) {
+        const AbstractPluginParameter& parameter = plugin.parameter(id++);
+        EXPECT_EQ(parameter.longName(), global.name);
+        EXPECT_EQ(parameter.minimum(), global.lowest) << global.name;
+        EXPECT_EQ(parameter.maximum(), global.highest) << global.name;
+        if (!global.valueNames.empty())
+            expectNames(parameter, global.valueNames);
+    }
+    const std::vector<float> values =
+        readPresetSource("about: x\nband: 31.5 Hz, threshold -60 dB, Q 0.3\nOutput Level: -6 dB\nGain Scale: 80 %\n")
+            .values;
+    EXPECT_NEAR(band.frequency.unitFromValue(values[2]), 31.5, 1e-4);
+    EXPECT_NEAR(band.threshold.unitFromValue(values[6]), -60.0, 1e-4);
+    EXPECT_NEAR(band.q.unitFromValue(values[7]), 0.3, 1e-6);
+    EXPECT_NEAR(plugin.outputLevel.unitFromValue(values[315]), -6.0, 1e-4);
+    EXPECT_NEAR(plugin.gainScale.unitFromValue(values[314]), 80.0, 1e-4);
+    for (const char* wrong : {"band: Bell", "about: x\nband: Bel", "about: x\nband: 40 kHz", "about: x\nband: Q",
+                              "about: x\nOutput: 1", "about: x\nBypass: 2", "about: x\nOutput Level: 1", "about:"})
+        EXPECT_THROW(readPresetSource(wrong), PresetSourceError) << wrong;
 }
 
 TEST_F(FactoryPresets, AreInstalledOnceAndRestoredOnRequest) {

@@ -110,6 +110,7 @@ TEST_F(PresetCacheTest, ReadsNewAndChangedPresetsOnly) {
     cache.sync(manager.allPresets(), {root()});
     cache.finish();
     EXPECT_EQ(authorOf(cache, "a.tvp") + authorOf(cache, "Deep/b.tvp"), "AnnBea");
+    EXPECT_EQ(manager.findByName("a", true)->author, "Ann");
     EXPECT_EQ(authorOf(cache, "c.tvp"), "unknown");
     EXPECT_TRUE(cache.search("cid").empty());
 }
