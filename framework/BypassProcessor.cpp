@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 GenericPluginProcessor::BypassProcessor::BypassProcessor(GenericPluginProcessor& processor)
     : owner(processor), fade(processor.environment(), 0.0f), wet(processor.channelCount(), nullptr) {
@@ -79,17 +80,16 @@ void GenericPluginProcessor::BypassProcessor::advanceWait(std::size_t count) noe
         jumpWanted = false;
         waiting = false;
         fade.setValue(wantedFade(), 0.0f);
-    } else if (waiting && waitSamples <= 0 && resetIsPast()) {
+    } else if (waiting && waitSamples <= 0) {
         waiting = false;
-        fade.setValue(0.0f, fadeMs);
+        fade.restartRamp(0.0f, fadeMs); // without latency this is the sample of the reset
     } else if (waiting) {
         waitSamples -= static_cast<std::int32_t>(count);
     }
 }
 
-// A value that is set where the stream was reset has no ramp, so the fade begins one piece later.
-bool GenericPluginProcessor::BypassProcessor::resetIsPast() const noexcept REALTIME {
-    return owner.environment().position != owner.environment().lastResetPosition;
+std::size_t GenericPluginProcessor::BypassProcessor::longestPiece() const noexcept REALTIME {
+    return waiting && waitSamples > 0 ? static_cast<std::size_t>(waitSamples) : std::numeric_limits<std::size_t>::max();
 }
 
 bool GenericPluginProcessor::BypassProcessor::maySound(std::uint32_t flags) noexcept REALTIME {

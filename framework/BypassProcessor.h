@@ -19,6 +19,9 @@ public:
 
     explicit BypassProcessor(GenericPluginProcessor& processor);
 
+    // Samples until the state may change by itself: no piece is longer. At least 1.
+    std::size_t longestPiece() const noexcept REALTIME;
+
     // One piece of at most the maximal block. inputs and outputs are those of the whole span, position is where the
     // piece starts in them. Clears the flag outputSilent when the piece may sound.
     void process(const Buffers& buffers, std::size_t position, std::size_t count,
@@ -31,7 +34,6 @@ public:
 
 private:
     void advanceWait(std::size_t count) noexcept REALTIME;
-    bool resetIsPast() const noexcept REALTIME;
     bool maySound(std::uint32_t flags) noexcept REALTIME; // false: the input is silent and the tail is over
     void writeOutputs(const Buffers& buffers, std::size_t position, std::size_t count,
                       const wave::BasicBlock<float>& mix, bool fullyBypassed) noexcept REALTIME;

@@ -82,7 +82,7 @@ void GenericPluginProcessor::walkSpan(const Buffers& buffers, std::size_t frames
         const auto offset = static_cast<std::size_t>(std::max(message.offset, std::int32_t{0}));
         const std::size_t end = due ? std::max(offset, position) : frames;
         while (position < end) {
-            const std::size_t count = std::min(end - position, piece);
+            const std::size_t count = std::min({end - position, piece, bypass->longestPiece()});
             bypass->process(buffers, position, count, flags);
             position += count;
         }

@@ -83,9 +83,16 @@ double FloatParameter::reached() const noexcept REALTIME {
     return static_cast<double>(rampPosition) * static_cast<double>(step) + static_cast<double>(start);
 }
 
+void FloatParameter::restartRamp(float value, float milliseconds) noexcept REALTIME {
+    jumpToTarget();
+    setValue(value, milliseconds);
+    restarted = true;
+}
+
 // The value was set or read up to this very cycle, in a stream that has not been reset since.
 bool FloatParameter::inStep() const noexcept REALTIME {
-    return lastSetPosition == environment.position && lastSetPosition > environment.lastResetPosition;
+    return lastSetPosition == environment.position &&
+           (restarted || lastSetPosition > environment.lastResetPosition);
 }
 
 const wave::BasicBlock<float>& FloatParameter::readMoving(std::int32_t count) noexcept REALTIME {
@@ -99,6 +106,7 @@ const wave::BasicBlock<float>& FloatParameter::readMoving(std::int32_t count) no
                 static_cast<std::int32_t>(std::min(position - lastSetPosition, static_cast<std::uint64_t>(left)));
     }
     lastSetPosition = position + static_cast<std::uint64_t>(count);
+    restarted = false;
 
     float* const values = block.data();
     if (rampPosition >= rampLength) {

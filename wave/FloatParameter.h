@@ -28,6 +28,9 @@ public:
     // A not-a-number changes nothing.
     void setValue(float value, float milliseconds) noexcept REALTIME;
 
+    // From the target so far, and also where the stream was reset at this very sample.
+    void restartRamp(float value, float milliseconds) noexcept REALTIME;
+
     void jumpToTarget() noexcept REALTIME { rampPosition = rampLength; }
 
     // The values of this cycle, once a cycle. Whoever may meet another reader uses a FloatParameterSource.
@@ -68,6 +71,7 @@ private:
     float range;
     float target;
     std::uint64_t lastSetPosition = 0; // of the last setValue, or where the last read ended
+    bool restarted = false;            // by restartRamp, and not read since
     std::int32_t filled = 0;           // samples of the block that hold the target; above 0 only at rest
     ValueBlock block;
 };
