@@ -1,27 +1,70 @@
 #include "framework/zelk/ZelkProcessor.h"
 
-#include "framework/ProcessorChannel.h"
-#include "midi/ProcessorMidiInput.h"
+#include "eq/EQFilter.h"
+#include "framework/zelk/ZelkBand.h"
+#include "framework/zelk/ZelkChannel.h"
 
-ZelkProcessor::ZelkProcessor(chl::Layout layout)
-    : GenericPluginProcessor(static_cast<int>(layout), chl::channelCount(layout))
-    , ZelkParameters(*static_cast<GenericPluginBase*>(this)) {
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr float soloCeilingDb = -6.0f;
+constexpr float highestSolo = 31.622776f; // 30 dB
+
+} // namespace
+
+ZelkProcessor::ZelkProcessor(chl::Layout wanted)
+    : GenericPluginProcessor(static_cast<int>(wanted), chl::channelCount(wanted))
+    , ZelkParameters(*static_cast<GenericPluginBase*>(this))
+    , soloMixer(environment(), 0, Mixer::Operation::largestMagnitude)
+    , soloLimiter(environment()) {
     init();
-    for (std::size_t index = 0; index < channelCount(); ++index) {
-        channels.push_back(std::make_unique<Channel>(*this, index, chl::speakerCode(layout, index)));
-        channels.back()->output = &channels.back()->mainInput;
-    }
-    delays.reserve(channelCount());
     initParameters();
+    loudness::fillFrequencies(autoGainFrequencies, environment().sampleRate);
+    for (std::int32_t index = 0; index < bandCount; ++index)
+        bandObjects[static_cast<std::size_t>(index)] = std::make_unique<Band>(*this, index);
+    soloMixer.weightMaximum = highestSolo;
+    soloLimiter.input = &soloMixer;
+    soloLimiter.ceiling = soloCeilingDb;
+
+    for (std::size_t index = 0; index < channelCount(); ++index) {
+        ZelkChannel* const left = index > 0 && isLeftOfPair(wanted, index - 1) ? zelkChannels[index - 1] : nullptr;
+        auto channel = std::make_unique<ZelkChannel>(*this, index, chl::speakerCode(wanted, index), left);
+        soloMixer.addInput(&channel->soloSignal(), 0.0f);
+        weightSum += channel->autoGainWeight;
+        zelkChannels.push_back(channel.get());
+        channels.push_back(std::move(channel));
+    }
     renewLatency();
+    for (std::int32_t id = 0; id < parameterCount(); ++id)
+        parameter(id).notifyListeners(parameter(id).value());
     applyParameter(-1);
 }
 
 ZelkProcessor::~ZelkProcessor() = default;
 
-std::unique_ptr<MidiMessageReceiver> ZelkProcessor::createMidiReceiver() {
-    return std::make_unique<ProcessorMidiInput>(*this);
+std::unique_ptr<EQFilter> ZelkProcessor::makeMainFilter(std::int32_t bandIndex) {
+    constexpr std::int32_t everySample = 1; // a dynamic gain may ask for a row each
+    auto filter = queueOwner != nullptr
+                      ? std::make_unique<EQFilter>(environment(), BiquadProcessor::maxSections, *queueOwner)
+                      : std::make_unique<EQFilter>(environment(), BiquadProcessor::maxSections, everySample);
+    if (queueOwner == nullptr)
+        queueOwner = filter.get();
+    EQParameterSet& parameters = bands.set(bandIndex);
+    parameters.frequency.addListener(&filter->frequency);
+    parameters.q.addListener(&filter->q);
+    parameters.shape.addListener(&filter->shape);
+    parameters.slope.addListener(&filter->slope);
+    filter->gain.connect(&band(bandIndex).gainSum);
+    return filter;
 }
+
+void ZelkProcessor::setSoloInput(std::size_t channel, float weight) noexcept REALTIME {
+    soloMixer.weight(channel).assign(weight);
+}
+
+// Rate and latency
 
 void ZelkProcessor::beforeChange(std::int32_t id) noexcept {
     if (movesLatency(id))
@@ -30,32 +73,59 @@ void ZelkProcessor::beforeChange(std::int32_t id) noexcept {
 
 void ZelkProcessor::sampleRateChanged() {
     GenericPluginProcessor::sampleRateChanged();
+    loudness::fillFrequencies(autoGainFrequencies, environment().sampleRate);
     renewLatency();
+    updateDesigns(-1);
 }
 
 void ZelkProcessor::renewLatency() noexcept REALTIME {
     setLatency(latencyAt(static_cast<double>(environment().sampleRate)));
 }
 
-void ZelkProcessor::runGraph(std::span<const float*> outputs, std::int32_t count) noexcept REALTIME {
-    updateDelays();
-    GenericPluginProcessor::runGraph(outputs, count);
-}
-
 void ZelkProcessor::updateDelays() noexcept REALTIME {
     if (latency() == delayLength)
         return;
-    const RealtimePermit permit{"wet delay replaced"};
-    trustedRealtime([this] {
-        delays.clear();
-        delayLength = latency();
-        for (const std::unique_ptr<Channel>& channel : channels) {
-            channel->output = &channel->mainInput;
-            if (delayLength <= 0)
-                continue;
-            delays.push_back(std::make_unique<wave::DelayFilter>(environment(), delayLength));
-            delays.back()->input = &channel->mainInput;
-            channel->output = delays.back().get();
-        }
+    delayLength = latency();
+    for (ZelkChannel* const channel : zelkChannels)
+        channel->updateDelay(delayLength);
+    rewireChannels();
+}
+
+// The graph
+
+void ZelkProcessor::runGraph(std::span<const float*> outputs, std::int32_t count) noexcept REALTIME {
+    updateDelays();
+    rewireFading();
+    GenericPluginProcessor::runGraph(outputs, count);
+}
+
+bool ZelkProcessor::isFading(std::int32_t bandIndex) noexcept REALTIME {
+    return std::any_of(zelkChannels.begin(), zelkChannels.end(), [bandIndex](ZelkChannel* channel) {
+        return !channel->mainFilter(bandIndex).getProcessor().isOff();
     });
+}
+
+ChainLayout ZelkProcessor::countChains() noexcept REALTIME {
+    ChainDemand demand;
+    for (std::int32_t index = 0; index < bandCount; ++index) {
+        if (bands.set(index).used.get() || isFading(index))
+            demand.add(bands.set(index));
+    }
+    return demand.layout();
+}
+
+void ZelkProcessor::rewireChannels() noexcept REALTIME {
+    wiredChains = countChains();
+    for (ZelkChannel* const channel : zelkChannels)
+        channel->gatherBands();
+    for (ZelkChannel* const channel : zelkChannels)
+        channel->connect();
+}
+
+// Bands that were released leave the chains when they have faded out.
+void ZelkProcessor::rewireFading() noexcept REALTIME {
+    const bool due = std::any_of(zelkChannels.begin(), zelkChannels.end(),
+                                 [](const ZelkChannel* channel) { return channel->hasFadingBand(); });
+    if (due)
+        rewireChannels();
 }

@@ -1,32 +1,86 @@
-// The audio side of the product.
+// The audio side of the product: the graph of all channels and all bands, and how every parameter reaches it.
 // Threads: audio, except construction (main).
 #pragma once
 
+#include "base/Realtime.h"
 #include "framework/GenericPluginProcessor.h"
 #include "framework/chl/Layouts.h"
+#include "framework/zelk/BandPlacement.h"
+#include "framework/zelk/LoudnessCurve.h"
 #include "framework/zelk/ZelkParameters.h"
-#include "wave/DelayFilter.h"
+#include "wave/Mixer.h"
+#include "wave/SafetyLimiter.h"
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
+
+class EQFilter;
 
 class ZelkProcessor final : public GenericPluginProcessor, public ZelkParameters {
 public:
-    explicit ZelkProcessor(chl::Layout layout);
+    class Band;
+    class BandChain;
+    class ChannelPair;
+    class ZelkChannel;
+
+    explicit ZelkProcessor(chl::Layout wanted);
     ~ZelkProcessor() override;
 
     std::int32_t silenceTail() const noexcept REALTIME override { return 8192; }
 
+    // For the bands and channels.
+    Band& band(std::int32_t index) noexcept REALTIME { return *bandObjects[static_cast<std::size_t>(index)]; }
+    const ChainLayout& chainLayout() const noexcept REALTIME { return wiredChains; } // as the channels are wired
+    const loudness::Curve& curveFrequencies() const noexcept REALTIME { return autoGainFrequencies; }
+    std::int32_t soloBand() const noexcept REALTIME { return soloedBand; } // -1: none
+    wave::Producer& soloGainSource() noexcept REALTIME { return soloLimiter; }
+    void setSoloInput(std::size_t channel, float weight) noexcept REALTIME; // how the limiter hears a channel
+
+    // [main] A filter that follows the band's parameters. All of them share the memory in which rows are queued.
+    std::unique_ptr<EQFilter> makeMainFilter(std::int32_t bandIndex);
+
 protected:
-    std::unique_ptr<MidiMessageReceiver> createMidiReceiver() override;
+    void initProcess() override;
     void beforeChange(std::int32_t id) noexcept override;
+    void applyParameter(std::int32_t id) noexcept REALTIME override;
     void runGraph(std::span<const float*> outputs, std::int32_t count) noexcept REALTIME override;
     void sampleRateChanged() override;
 
 private:
-    void updateDelays() noexcept REALTIME;
-    void renewLatency() noexcept REALTIME;
+    // What a change asks of the graph.
+    struct Due {
+        bool solo = false;
+        bool wiring = false;
+    };
 
-    std::vector<std::unique_ptr<wave::DelayFilter>> delays; // one a channel, none without latency
-    std::int32_t delayLength = 0;
+    void noteBandChange(std::int32_t index, std::int32_t id, Due& due) noexcept REALTIME;
+    std::int32_t scanSolo() const noexcept REALTIME;
+    void renewLatency() noexcept REALTIME;
+    void updateDelays() noexcept REALTIME;
+    void rewireChannels() noexcept REALTIME;
+    void rewireFading() noexcept REALTIME;
+    ChainLayout countChains() noexcept REALTIME; // of the bands in use and those that still fade out
+    bool isFading(std::int32_t bandIndex) noexcept REALTIME;
+
+    void updateDesigns(std::int32_t id) noexcept REALTIME;
+    float computeAutoGain() noexcept REALTIME;
+    bool bandsAreAlikeEverywhere() const noexcept REALTIME;
+    float compensationOfAll() noexcept REALTIME;
+    float compensationOfChannels() noexcept REALTIME;
+
+    loudness::Curve autoGainFrequencies; // radians per sample
+    loudness::Curve autoGainWork;
+    float weightSum = 0.0f; // of all channels
+    std::array<std::unique_ptr<Band>, bandCount> bandObjects;
+    Mixer soloMixer; // the loudest channel of the solo path
+    SafetyLimiter soloLimiter;
+    std::vector<ZelkChannel*> zelkChannels; // owned by the base
+    EQFilter* queueOwner = nullptr;         // the first main filter
+    ChainLayout wiredChains;
+    std::int32_t soloedBand = -1;
+    std::int32_t delayLength = 0; // samples, of the channels' delays
 };

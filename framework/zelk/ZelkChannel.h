@@ -1,0 +1,77 @@
+// One channel of the layout: its filters for every band, the chains they stand in, the solo path beside them and the
+// output stage behind.
+// Threads: audio, except construction (main).
+#pragma once
+
+#include "base/Realtime.h"
+#include "eq/EQFilter.h"
+#include "framework/ProcessorChannel.h"
+#include "framework/zelk/BandChain.h"
+#include "framework/zelk/ChannelPair.h"
+#include "framework/zelk/EQParameterSet.h"
+#include "framework/zelk/SoloPath.h"
+#include "framework/zelk/ZelkProcessor.h"
+#include "wave/DelayFilter.h"
+#include "wave/LevelMeter.h"
+#include "wave/LevelPanConverter.h"
+#include "wave/Mixer.h"
+#include "wave/VolumeFilter.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+class ZelkProcessor::ZelkChannel final : public GenericPluginProcessor::Channel {
+public:
+    // The channels of a pair come left first: `left` is the other one of a right channel, null for all others.
+    ZelkChannel(ZelkProcessor& processor, std::size_t channelIndex, chl::SpeakerCode speaker, ZelkChannel* left);
+    ~ZelkChannel() override;
+
+    void parameterChanged(std::int32_t id) noexcept REALTIME override;
+
+    void enableFilter(std::int32_t band) noexcept REALTIME;   // as the band's placement tells
+    void updateDelay(std::int32_t samples) noexcept REALTIME; // allocates when there is one
+    void gatherBands() noexcept REALTIME;                     // of this channel, into the chains that the processor has
+    void connect() noexcept REALTIME; // when all channels have gathered theirs: chains, and the solo path's input
+    void setAutoGain(float linear) noexcept REALTIME; // glides
+    void soloChanged() noexcept REALTIME;             // another band is soloed, or none
+
+    EQFilter& mainFilter(std::int32_t band) noexcept REALTIME { return *mainFilters[static_cast<std::size_t>(band)]; }
+    std::span<const std::int32_t> chainBands(std::size_t chain) const noexcept REALTIME {
+        return chains[chain].bands();
+    }
+    [[nodiscard]] bool hasFadingBand() const noexcept REALTIME { return fadingBand; } // since the last wiring
+    wave::Producer& soloSignal() noexcept REALTIME { return solo.filtered(); }        // ahead of its volume
+    LevelSource& meter() noexcept REALTIME { return outputMeter; }
+
+    const float autoGainWeight; // how much the channel counts in the auto gain
+
+private:
+    void joinPair(ZelkChannel& left);
+    void buildOutput();
+    void wireSolo() noexcept REALTIME;
+    void updateSoloLevels() noexcept REALTIME;
+    void followSoloedBand(std::int32_t id) noexcept REALTIME;
+    const EQParameterSet* soloedBand() const noexcept REALTIME; // null without
+    wave::Producer& delayedInput() noexcept REALTIME;
+    std::size_t side() const noexcept REALTIME { return leftOfPair != nullptr ? 1 : 0; }
+
+    ZelkProcessor& zelk;
+    ZelkChannel* const leftOfPair;        // not owned; of a right channel
+    ZelkChannel* rightOfPair = nullptr;   // not owned; of a left channel, from when it exists
+    std::unique_ptr<ChannelPair> ownPair; // of a left channel
+    ChannelPair* pair = nullptr;          // of both
+
+    std::array<std::unique_ptr<EQFilter>, bandCount> mainFilters;
+    std::unique_ptr<wave::DelayFilter> inputDelay; // while there is latency
+    std::array<BandChain, 2> chains;               // left and right before mid and side
+    VolumeFilter autoGainVolume;
+    SoloPath solo;
+    Mixer channelMixer;                          // the chains' signal, the solo path
+    std::unique_ptr<LevelPanConverter> levelPan; // of a left or single channel, for both of a pair
+    VolumeFilter outputVolume;
+    LevelMeter outputMeter;
+    bool fadingBand = false;
+};
