@@ -61,6 +61,7 @@ void EQFilter::initialise() {
 void EQFilter::reset() noexcept REALTIME {
     BiquadFilter::reset();
     markChanged();
+    samplesToLook = 0;
     lastGain = 0.0f;
     gainLow = gainHigh = 0.0f;
     bracketActive = false;
@@ -117,11 +118,13 @@ void EQFilter::calculateCoefficients(std::int32_t count, BiquadProcessor& wanted
     wanted.setSectionCount(sectionCount);
 
     const Values values{frequencies.data(), gains.data(), qs.data()};
-    if (frequencies.isConstant != 0 && qs.isConstant != 0 && gains.isConstant != 0) {
-        if (bracketActive || differs(values, 0)) {
-            updateFrequency(values.frequency[0], values.q[0]);
-            designRow(values.gain[0], false);
-        }
+    const bool constant = frequencies.isConstant != 0 && qs.isConstant != 0 && gains.isConstant != 0;
+    if (constant && !bracketActive && !differs(values, 0)) {
+        wanted.enqueue(count, currentRow.data(), mixScale);
+        samplesToLook = std::max(samplesToLook - count, 0);
+    } else if (constant && samplesToLook == 0) {
+        updateFrequency(values.frequency[0], values.q[0]);
+        designRow(values.gain[0], false);
         wanted.enqueue(count, currentRow.data(), mixScale);
     } else if (gainModulated && gains.isConstant == 0) {
         followGain(values, count, wanted);
@@ -135,12 +138,27 @@ bool EQFilter::differs(const Values& values, std::int32_t i) const noexcept REAL
            !nearlyEqual(values.q[i], lastQ);
 }
 
+// What the next sample is looked at for. The looks at all settings go on at their distance from block to block, so that
+// a glide is followed in the same steps however the host cuts the time.
+EQFilter::Look EQFilter::nextLook() noexcept REALTIME {
+    if (samplesToLook == 0) {
+        samplesToLook = finePeriod - 1;
+        return Look::allSettings;
+    }
+    return samplesToLook-- % coarsePeriod == 0 ? Look::frequency : Look::nothing;
+}
+
+bool EQFilter::strayed(float newFrequency) const noexcept REALTIME {
+    return std::fabs(newFrequency - lastFrequency) > coarseStep;
+}
+
 // A gain that moves costs an interpolation a sample; only a frequency or Q that moved costs a design.
 void EQFilter::followGain(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {
     std::int32_t begin = 0;
     for (std::int32_t i = 0; i < count; ++i) {
-        bool moved = i % coarsePeriod == 0 && std::fabs(values.frequency[i] - lastFrequency) > coarseStep;
-        if (i % finePeriod == 0)
+        const Look look = nextLook();
+        bool moved = look != Look::nothing && strayed(values.frequency[i]);
+        if (look == Look::allSettings)
             moved = moved || !nearlyEqual(values.q[i], lastQ) || !nearlyEqual(values.frequency[i], lastFrequency);
         if (!moved && nearlyEqual(values.gain[i], lastGain))
             continue;
@@ -156,10 +174,11 @@ void EQFilter::followGain(const Values& values, std::int32_t count, BiquadProces
 
 void EQFilter::followFrequency(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {
     std::int32_t begin = 0;
-    for (std::int32_t i = 0; i < count; i += coarsePeriod) {
-        const bool moved = i % finePeriod == 0 ? bracketActive || differs(values, i)
-                                               : std::fabs(values.frequency[i] - lastFrequency) > coarseStep;
-        if (!moved)
+    for (std::int32_t i = 0; i < count; ++i) {
+        const Look look = nextLook();
+        if (look == Look::nothing)
+            continue;
+        if (look == Look::allSettings ? !bracketActive && !differs(values, i) : !strayed(values.frequency[i]))
             continue;
         if (i > begin)
             wanted.enqueue(i - begin, currentRow.data(), mixScale);

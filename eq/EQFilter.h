@@ -42,6 +42,8 @@ protected:
 private:
     using Row = std::array<double, BiquadProcessor::maxSections * sectionLength>;
 
+    enum class Look : std::uint8_t { nothing, frequency, allSettings };
+
     struct Values {
         const float* frequency;
         const float* gain;
@@ -49,7 +51,12 @@ private:
     };
 
     void initialise();
-    void markChanged() noexcept REALTIME { lastFrequency = -1.0f; } // the next block designs anew
+    void markChanged() noexcept REALTIME { // the next block designs anew
+        lastFrequency = -1.0f;
+        samplesToLook = 0;
+    }
+    Look nextLook() noexcept REALTIME;
+    bool strayed(float newFrequency) const noexcept REALTIME;
     bool differs(const Values& values, std::int32_t i) const noexcept REALTIME;
     void followGain(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME;
     void followFrequency(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME;
@@ -72,9 +79,10 @@ private:
     float lastFrequency = -1.0f; // settings of the present row; -1: it must be designed anew
     float lastGain = 0.0f;
     float lastQ = 1.0f;
-    float mixScale = 1.0f;        // share of the filtered signal
-    float designQ = 1.0f;         // derived from lastFrequency and lastQ
-    float w0 = 1.0f;              // radians per sample
-    float wReference = 1.0f;      // radians per sample of the flat tilt's middle
-    std::uint64_t calculated = 0; // behind the position of the last calculation: of a pair, whose row is in use
+    std::int32_t samplesToLook = 0; // until all settings are compared again
+    float mixScale = 1.0f;          // share of the filtered signal
+    float designQ = 1.0f;           // derived from lastFrequency and lastQ
+    float w0 = 1.0f;                // radians per sample
+    float wReference = 1.0f;        // radians per sample of the flat tilt's middle
+    std::uint64_t calculated = 0;   // behind the position of the last calculation: of a pair, whose row is in use
 };
