@@ -1,17 +1,152 @@
 #include "framework/zelk/BandChain.h"
 
+#include "framework/zelk/BandPlacement.h"
+#include "framework/zelk/KernelGrid.h"
+#include "framework/zelk/ZelkBand.h"
 #include "framework/zelk/ZelkChannel.h"
+
+#include <algorithm>
+#include <cmath>
+
+ZelkProcessor::BandChain::BandChain(ZelkProcessor& processor, ZelkChannel& ownChannel, bool isFirst)
+    : DiscreteFrequencyResponseSource(processor.noGrid())
+    , owner(processor)
+    , channel(ownChannel)
+    , first(isFirst)
+    , naturalPhase(processor.noGrid()) {
+    naturalPhase.numerators.reserve(bandCount);
+    naturalPhase.denominators.reserve(bandCount);
+}
 
 void ZelkProcessor::BandChain::add(std::int32_t band) noexcept REALTIME {
     list[count++] = band;
 }
 
+bool ZelkProcessor::BandChain::sounds(std::int32_t band) const noexcept REALTIME {
+    return bandOnChannel(owner.bands.set(band), channel.speakerCode);
+}
+
+void ZelkProcessor::BandChain::renewConvolver(bool inUse) noexcept REALTIME {
+    KernelGrid* const wanted = inUse ? owner.kernelGrid() : nullptr;
+    if (wanted == grid)
+        return;
+    const RealtimePermit permit{"convolver of a chain"};
+    trustedRealtime([this, wanted] {
+        convolver.reset();
+        kernel.reset();
+        grid = wanted;
+        if (grid == nullptr)
+            return;
+        mapping = &grid->mapping;
+        kernel = std::make_unique<FrequencyResponseKernel>(owner.environment(), *grid->configuration, *this);
+        convolver = std::make_unique<Convolver>(owner.environment(), *kernel);
+        convolver->setSchedule(wave::Producer::Schedule::middle); // also while solo mutes the main path
+    });
+}
+
 wave::Producer& ZelkProcessor::BandChain::connect(wave::Producer& input) noexcept REALTIME {
     wave::Producer* signal = &input;
-    for (const std::int32_t band : bands()) {
+    const bool linear = convolver != nullptr && owner.processingMode.get() == ProcessingMode::linearPhase;
+    for (const std::int32_t band : linear ? std::span<const std::int32_t>{} : bands()) {
         EQFilter& filter = channel.mainFilter(band);
         filter.input = signal;
         signal = &filter;
     }
-    return *signal;
+    if (convolver == nullptr)
+        return *signal;
+    convolver->input = signal;
+    if (!linear)
+        gatherResponses();
+    updateDynamic();
+    markDirty();
+    return *convolver;
+}
+
+void ZelkProcessor::BandChain::gatherResponses() noexcept REALTIME {
+    naturalPhase.numerators.clear();
+    naturalPhase.denominators.clear();
+    trustedRealtime([this] { // both have room for all bands
+        for (const std::int32_t index : bands()) {
+            Band& band = owner.band(index);
+            if (!sounds(index) || band.isBrickwall())
+                continue;
+            naturalPhase.numerators.push_back(band.analogResponse.get());
+            naturalPhase.denominators.push_back(band.biquadResponse.get());
+        }
+    });
+}
+
+void ZelkProcessor::BandChain::markDirty() noexcept REALTIME {
+    if (kernel == nullptr)
+        return;
+    kernel->setEvaluationWeight(evaluationCost());
+    kernel->setDirty();
+}
+
+// What a cache holds is read in no time; in Natural Phase a bin costs a complex division for each section.
+std::int32_t ZelkProcessor::BandChain::evaluationCost() const noexcept REALTIME {
+    constexpr std::int32_t base = 60;
+    constexpr std::int32_t linearSection = 8;
+    constexpr std::int32_t naturalBand = 600;
+    constexpr std::int32_t cachedBand = 20;
+    std::int32_t cost = base;
+    for (const std::int32_t index : bands()) {
+        const Band& band = owner.band(index);
+        if (!sounds(index))
+            continue;
+        const bool isCached = band.magnitudeResponse != nullptr ? band.magnitudeResponse->getValidCount() > 0
+                                                                : band.analogResponse->getValidCount() > 0;
+        const std::int32_t anew = band.magnitudeResponse != nullptr ? linearSection * band.sectionCount() : naturalBand;
+        cost += isCached ? cachedBand : anew;
+    }
+    return cost;
+}
+
+void ZelkProcessor::BandChain::updateDynamic() noexcept REALTIME {
+    if (kernel == nullptr)
+        return;
+    const bool linear = owner.processingMode.get() == ProcessingMode::linearPhase;
+    kernel->dynamic = linear && std::any_of(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(count),
+                                            [this](std::int32_t band) {
+                                                return sounds(band) && owner.band(band).dynamics.isActive();
+                                            });
+}
+
+// The response
+
+void ZelkProcessor::BandChain::responses(std::int32_t start, std::span<std::complex<float>> out) noexcept REALTIME {
+    if (owner.processingMode.get() != ProcessingMode::linearPhase) {
+        naturalPhase.responses(start, out);
+        return;
+    }
+    const std::span<float> powers(grid->chainWork.data(), out.size());
+    squaredMagnitudes(start, powers);
+    for (std::size_t i = 0; i < out.size(); ++i)
+        out[i] = std::sqrt(powers[i]);
+}
+
+void ZelkProcessor::BandChain::squaredMagnitudes(std::int32_t start, std::span<float> out) noexcept REALTIME {
+    const float gain = first ? owner.kernelGain() : 1.0f;
+    std::fill(out.begin(), out.end(), gain * gain);
+    for (const std::int32_t index : bands()) {
+        if (!sounds(index))
+            continue;
+        Band& band = owner.band(index);
+        if (start == 0 && band.dynamics.isActive())
+            band.updateDesign(kernel->getCyclePosition());
+        const std::span<float> powers(grid->bandWork.data(), out.size());
+        band.magnitudeResponse->squaredMagnitudes(start, powers);
+        for (std::size_t i = 0; i < out.size(); ++i)
+            out[i] *= powers[i];
+    }
+}
+
+std::complex<float> ZelkProcessor::BandChain::response(std::int32_t index) noexcept REALTIME {
+    std::complex<float> result;
+    responses(index, {&result, 1});
+    return result;
+}
+
+float ZelkProcessor::BandChain::squaredMagnitude(std::int32_t index) noexcept REALTIME {
+    return std::norm(response(index));
 }

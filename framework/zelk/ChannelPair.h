@@ -7,6 +7,8 @@
 #include "framework/zelk/ZelkProcessor.h"
 #include "wave/MidSideConverter.h"
 
+#include <memory>
+
 class ZelkProcessor::ChannelPair {
 public:
     explicit ChannelPair(wave::Environment& environment);
@@ -19,4 +21,6 @@ public:
     MidSideConverter soloDecoder;
     MidSideConverter outputEncoder; // around the output volumes
     MidSideConverter outputDecoder;
+    std::unique_ptr<MidSideConverter>
+        delayedEncoder; // the inputs late by the latency, as mid and side; while there is one
 };

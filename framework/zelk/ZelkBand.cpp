@@ -1,28 +1,36 @@
 #include "framework/zelk/ZelkBand.h"
 
 #include "eq/BandDesign.h"
+#include "eq/SectionCoefficients.h"
 #include "framework/zelk/BandPlacement.h"
 #include "framework/zelk/EQParameterSet.h"
+#include "framework/zelk/KernelGrid.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
+namespace {
+
+constexpr std::size_t gainEntry = 0; // of the sum
+constexpr std::size_t companderEntry = 1;
+
+} // namespace
+
 ZelkProcessor::Band::Band(ZelkProcessor& processor, std::int32_t index)
     : parameters(processor.bands.set(index))
     , extension(processor.extensions.set(index))
     , gainScale(this, 1.0f)
-    , gain(processor.environment(), 0.0f, -30.0f, 30.0f)
+    , gain(processor.environment(), 0.0f, -maxGainDb, maxGainDb)
+    , dynamics(processor, parameters)
     , gainSum(processor.environment())
     , owner(processor) {
     gainSum.weightMaximum = 2.0f;
     gainSum.addInput(&gain, 1.0f);
+    gainSum.addInput(&dynamics.compander, 0.0f);
     processor.bands.set(index).gain.addListener(&gain);
+    processor.bands.set(index).dynamicRange.addListener(&dynamics.compander.range);
     processor.gainScale.addListener(&gainScale);
-}
-
-void ZelkProcessor::Band::propertyChanged(AbstractProperty&) noexcept {
-    gainSum.weight(0).assign(gainScale);
 }
 
 bool ZelkProcessor::Band::concernedBy(std::int32_t id) const noexcept REALTIME {
@@ -31,17 +39,86 @@ bool ZelkProcessor::Band::concernedBy(std::int32_t id) const noexcept REALTIME {
            id == extension.externalSideChain.id();
 }
 
-void ZelkProcessor::Band::updateDesign(float sampleRate) noexcept REALTIME {
+bool ZelkProcessor::Band::isBrickwall() const noexcept REALTIME {
+    const FilterShape shape = parameters.shape.get();
+    return parameters.slope.get() == FilterSlope::brickwall &&
+           (shape == FilterShape::lowPass || shape == FilterShape::highPass);
+}
+
+void ZelkProcessor::Band::propertyChanged(AbstractProperty&) noexcept {
+    updateWeights();
+}
+
+void ZelkProcessor::Band::setDynamic(bool wanted) noexcept REALTIME {
+    if (!dynamics.setActive(wanted))
+        return;
+    updateWeights();
+    kernelOffset = 0.0f;
+}
+
+void ZelkProcessor::Band::updateWeights() noexcept REALTIME {
+    gainSum.weight(gainEntry).assign(gainScale);
+    gainSum.weight(companderEntry).assign(dynamics.isActive() ? gainScale : 0.0f);
+}
+
+void ZelkProcessor::Band::pullDynamicGain(std::int32_t count) noexcept REALTIME {
+    dynamicGain = &dynamics.compander.pull(count);
+}
+
+void ZelkProcessor::Band::createResponses() {
+    analogResponse.reset();
+    biquadResponse.reset();
+    magnitudeResponse.reset();
+    dynamicGain = nullptr;
+    kernelOffset = 0.0f;
+    KernelGrid* const grid = owner.kernelGrid();
+    if (grid == nullptr)
+        return;
+    if (owner.processingMode.get() == ProcessingMode::naturalPhase) {
+        analogResponse = std::make_unique<EQAnalogResponse>(grid->mapping, grid->frequencies, prototype);
+        biquadResponse = std::make_unique<EQBiquadResponse>(grid->mapping, grid->frequencies, prototype);
+        analogResponse->resize(static_cast<std::size_t>(grid->bins()));
+        biquadResponse->resize(static_cast<std::size_t>(grid->bins()));
+    } else {
+        magnitudeResponse = std::make_unique<EQMagnitudeResponse>(grid->mapping, grid->frequencies, prototype);
+        magnitudeResponse->reserve(grid->bins());
+    }
+}
+
+void ZelkProcessor::Band::updateDesign(std::int32_t position) noexcept REALTIME {
     if (!bandIsActive(parameters))
         return;
-    const float gainDb = std::clamp(parameters.gain.get() * owner.gainScale.get(), -30.0f, 30.0f);
-    const double hz = std::exp2(static_cast<double>(parameters.frequency.get()));
-    const double radiansPerHz = 2.0 * std::numbers::pi / static_cast<double>(sampleRate);
-    const auto w = static_cast<float>(hz * radiansPerHz);
+    if (position != -1 && dynamics.isActive() && dynamicGain != nullptr)
+        kernelOffset = (*dynamicGain)[static_cast<std::size_t>(dynamicGain->isConstant != 0 ? 0 : position)];
+    design(parameters.gain.get() + kernelOffset, prototype);
+    updateCurve();
+    if (analogResponse != nullptr)
+        analogResponse->invalidate();
+    if (biquadResponse != nullptr) {
+        coefficients(prototype, biquadResponse->row, CoefficientCalculation::magnitudeMatch, SectionForm::direct);
+        biquadResponse->invalidate();
+    }
+    if (magnitudeResponse != nullptr)
+        magnitudeResponse->invalidate();
+}
+
+void ZelkProcessor::Band::updateCurve() noexcept REALTIME {
+    if (!owner.autoGain.get())
+        return;
+    AnalogFilterPrototype* weighed = &prototype;
+    if (dynamics.isActive()) {
+        design(parameters.dynamicRange.get() * 0.5f + parameters.gain.get(), autoGainPrototype);
+        weighed = &autoGainPrototype;
+    }
+    weighed->squaredMagnitudes(owner.curveFrequencies().values.data(), squaredMagnitudes.values.data(),
+                               loudness::points);
+}
+
+void ZelkProcessor::Band::design(float gainDb, AnalogFilterPrototype& target) const noexcept REALTIME {
+    const double radiansPerHz = 2.0 * std::numbers::pi / static_cast<double>(owner.sampleRate());
+    const auto w = static_cast<float>(std::exp2(static_cast<double>(parameters.frequency.get())) * radiansPerHz);
     const auto q = static_cast<float>(parameters.q.unitFromValue(parameters.q.get()));
-    designBand(parameters.shape.get(), parameters.slope.get(), gainDb, q, static_cast<double>(w), prototype,
+    designBand(parameters.shape.get(), parameters.slope.get(),
+               std::clamp(gainDb * owner.gainScale.get(), -maxGainDb, maxGainDb), q, static_cast<double>(w), target,
                flatTiltHz * radiansPerHz);
-    if (owner.autoGain.get())
-        prototype.squaredMagnitudes(owner.curveFrequencies().values.data(), squaredMagnitudes.values.data(),
-                                    loudness::points);
 }

@@ -1,5 +1,6 @@
 #include "framework/zelk/ZelkChannel.h"
 
+#include "base/FloatTolerance.h"
 #include "framework/zelk/BandPlacement.h"
 #include "framework/zelk/ZelkBand.h"
 #include "platform/Clock.h"
@@ -33,14 +34,16 @@ ZelkProcessor::ZelkChannel::ZelkChannel(ZelkProcessor& processor, std::size_t ch
     , autoGainWeight(weightOf(speaker))
     , zelk(processor)
     , leftOfPair(left)
-    , chains{BandChain(*this), BandChain(*this)}
+    , chains{BandChain(processor, *this, true), BandChain(processor, *this, false)}
     , autoGainVolume(processor.environment())
     , solo(processor.environment())
     , channelMixer(processor.environment())
     , outputVolume(processor.environment())
     , outputMeter(processor.environment(), createIntervalTimer()) {
-    for (std::int32_t band = 0; band < bandCount; ++band)
+    for (std::int32_t band = 0; band < bandCount; ++band) {
         mainFilters[static_cast<std::size_t>(band)] = zelk.makeMainFilter(band);
+        sideChainFilters[static_cast<std::size_t>(band)] = zelk.makeSideChainFilter();
+    }
     buildOutput();
     if (left != nullptr)
         joinPair(*left);
@@ -97,11 +100,26 @@ void ZelkProcessor::ZelkChannel::joinPair(ZelkChannel& left) {
     for (std::int32_t band = 0; band < bandCount; ++band) {
         mainFilter(band).setPartner(&left.mainFilter(band));
         mainFilter(band).setLink(true);
+        sideChainFilter(band).setPartner(&left.sideChainFilter(band));
+        sideChainFilter(band).setLink(true);
     }
 }
 
-void ZelkProcessor::ZelkChannel::enableFilter(std::int32_t band) noexcept REALTIME {
-    mainFilter(band).enabled = bandOnChannel(zelk.bands.set(band), speakerCode);
+void ZelkProcessor::ZelkChannel::enableFilters(std::int32_t band) noexcept REALTIME {
+    const bool works = bandOnChannel(zelk.bands.set(band), speakerCode);
+    mainFilter(band).enabled = works;
+    sideChainFilter(band).enabled = works;
+}
+
+void ZelkProcessor::ZelkChannel::followDynamics(std::int32_t band) noexcept REALTIME {
+    mainFilter(band).gainModulated = zelk.band(band).dynamics.isActive();
+    for (BandChain& chain : chains)
+        chain.updateDynamic();
+}
+
+void ZelkProcessor::ZelkChannel::markKernelsDirty() noexcept REALTIME {
+    for (BandChain& chain : chains)
+        chain.markDirty();
 }
 
 void ZelkProcessor::ZelkChannel::setAutoGain(float linear) noexcept REALTIME {
@@ -110,28 +128,51 @@ void ZelkProcessor::ZelkChannel::setAutoGain(float linear) noexcept REALTIME {
 
 // Wiring
 
-void ZelkProcessor::ZelkChannel::updateDelay(std::int32_t samples) noexcept REALTIME {
-    const RealtimePermit permit{"input delay replaced"};
-    inputDelay.reset();
-    if (samples > 0) {
-        inputDelay = std::make_unique<wave::DelayFilter>(zelk.environment(), samples);
-        inputDelay->input = &mainInput;
-    }
+void ZelkProcessor::ZelkChannel::updateDelays(std::int32_t latency) noexcept REALTIME {
+    const RealtimePermit permit{"delays of a channel"};
+    trustedRealtime([this, latency] {
+        renewDelay(inputDelay, latency, mainInput);
+        renewDelay(sideChainDelay, latency, connectedSideChain);
+        if (pair == nullptr)
+            return;
+        if (latency <= 0)
+            pair->delayedEncoder.reset();
+        else if (pair->delayedEncoder == nullptr)
+            pair->delayedEncoder =
+                std::make_unique<MidSideConverter>(zelk.environment(), MidSideConverter::Conversion::encode);
+        if (pair->delayedEncoder != nullptr)
+            pair->delayedEncoder->inputs[side()] = inputDelay.get();
+    });
+}
+
+// Fed in every cycle, so that what is read of it later is whole.
+void ZelkProcessor::ZelkChannel::renewDelay(std::unique_ptr<wave::DelayFilter>& delay, std::int32_t samples,
+                                            wave::Producer& source) {
+    if (std::max(samples, 0) == (delay != nullptr ? delay->delay.getDelay() : 0))
+        return;
+    delay.reset();
+    if (samples <= 0)
+        return;
+    delay = std::make_unique<wave::DelayFilter>(zelk.environment(), samples);
+    delay->input = &source;
+    delay->setSchedule(wave::Producer::Schedule::tail);
 }
 
 wave::Producer& ZelkProcessor::ZelkChannel::delayedInput() noexcept REALTIME {
     return inputDelay != nullptr ? static_cast<wave::Producer&>(*inputDelay) : mainInput;
 }
 
-// A band without effect on this channel stays out of its chains, once its filter has faded out.
+// A band without effect on this channel stays out of its chains, once its filter has faded out. In Linear Phase filters
+// are not heard, so nothing fades.
 void ZelkProcessor::ZelkChannel::gatherBands() noexcept REALTIME {
     for (BandChain& chain : chains)
         chain.clear();
     fadingBand = false;
     const ChainLayout& layout = zelk.chainLayout();
+    const bool linear = zelk.processingMode.get() == ProcessingMode::linearPhase;
     for (std::int32_t band = 0; band < bandCount; ++band) {
         const EQFilter& filter = mainFilter(band);
-        const bool fading = !filter.enabled && !filter.getProcessor().isOff();
+        const bool fading = !linear && !filter.enabled && !filter.getProcessor().isOff();
         fadingBand = fadingBand || fading;
         if (filter.enabled || fading)
             chains[bandInMidSideChain(zelk.bands.set(band), layout) && layout.leftRight ? 1 : 0].add(band);
@@ -139,25 +180,64 @@ void ZelkProcessor::ZelkChannel::gatherBands() noexcept REALTIME {
 }
 
 void ZelkProcessor::ZelkChannel::connect() noexcept REALTIME {
+    for (std::size_t chain = 0; chain < chains.size(); ++chain)
+        chains[chain].renewConvolver(static_cast<std::int32_t>(chain) < zelk.chainLayout().count());
+    connectChains();
+    for (std::int32_t band = 0; band < bandCount; ++band)
+        if (zelk.bands.set(band).used.get())
+            connectDetector(band);
+    wireSolo();
+}
+
+void ZelkProcessor::ZelkChannel::connectChains() noexcept REALTIME {
     const ChainLayout& layout = zelk.chainLayout();
-    wave::Producer* signal = &delayedInput();
+    wave::Producer* signal = &mainInput;
     if (layout.leftRight)
         signal = &chains[0].connect(*signal);
     if (layout.midSide) {
-        BandChain& chain = chains[layout.leftRight ? 1 : 0];
+        const std::size_t place = layout.leftRight ? 1 : 0;
         if (pair == nullptr) {
-            signal = &chain.connect(*signal);
+            signal = &chains[place].connect(*signal);
         } else {
-            // A pair on which no band works is not converted: what goes through it stays as it is, bit by bit.
             pair->chainEncoder.inputs[side()] = signal;
-            pair->chainDecoder.inputs[side()] = &chain.connect(pair->chainEncoder.output(side()));
-            const ZelkChannel& other = leftOfPair != nullptr ? *leftOfPair : *rightOfPair;
-            if (!chain.bands().empty() || !other.chains[layout.leftRight ? 1 : 0].bands().empty())
+            pair->chainDecoder.inputs[side()] = &chains[place].connect(pair->chainEncoder.output(side()));
+            if (converts(place))
                 signal = &pair->chainDecoder.output(side());
         }
     }
     autoGainVolume.input = signal;
-    wireSolo();
+}
+
+// A pair on which no band works goes around the converters: what passes stays as it is, bit by bit.
+bool ZelkProcessor::ZelkChannel::converts(std::size_t chain) const noexcept REALTIME {
+    const ZelkChannel& other = leftOfPair != nullptr ? *leftOfPair : *rightOfPair;
+    return zelk.kernelGrid() != nullptr || !chains[chain].bands().empty() || !other.chains[chain].bands().empty();
+}
+
+void ZelkProcessor::ZelkChannel::connectDetector(std::int32_t band) noexcept REALTIME {
+    const EQParameterSet& parameters = zelk.bands.set(band);
+    BandDynamics& dynamics = zelk.band(band).dynamics;
+    if (zelk.extensions.set(band).externalSideChain.get() && !dynamics.hasAutoThreshold()) {
+        dynamics.detector.setSource(index, &connectedSideChain);
+        dynamics.detector.weight(index).assign(1.0f);
+        return;
+    }
+    const bool encoded = pair != nullptr && bandInMidSideChain(parameters, zelk.chainLayout());
+    EQFilter& filter = sideChainFilter(band);
+    filter.input = encoded ? static_cast<wave::Producer*>(&pair->sideEncoder.output(side())) : &mainInput;
+    dynamics.detector.setSource(index, &filter);
+    dynamics.detector.weight(index).assign(bandOnChannel(parameters, speakerCode) ? 1.0f : 0.0f);
+}
+
+bool ZelkProcessor::ZelkChannel::setRegion(std::int32_t band, const BandDynamics::Region& region) noexcept REALTIME {
+    EQFilter& filter = sideChainFilter(band);
+    filter.q.assign(region.q);
+    if (filter.shape == region.shape && nearlyEqual(filter.frequency.parameter().getTarget(), region.frequency))
+        return false;
+    filter.shape = region.shape;
+    filter.frequency.parameter().setValue(region.frequency, 0.0f);
+    filter.reset();
+    return true;
 }
 
 // Solo
@@ -197,7 +277,10 @@ void ZelkProcessor::ZelkChannel::wireSolo() noexcept REALTIME {
     if (band == nullptr)
         return;
     const bool encoded = pair != nullptr && bandInMidSideChain(*band, zelk.chainLayout());
-    solo.setInput(encoded ? static_cast<wave::Producer*>(&pair->sideEncoder.output(side())) : &delayedInput());
+    if (encoded)
+        solo.setInput(&(pair->delayedEncoder != nullptr ? *pair->delayedEncoder : pair->sideEncoder).output(side()));
+    else
+        solo.setInput(&delayedInput());
     channelMixer.setSource(soloEntry,
                            encoded ? static_cast<wave::Producer*>(&pair->soloDecoder.output(side())) : &solo.output());
 }

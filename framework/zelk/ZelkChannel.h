@@ -7,6 +7,7 @@
 #include "eq/EQFilter.h"
 #include "framework/ProcessorChannel.h"
 #include "framework/zelk/BandChain.h"
+#include "framework/zelk/BandDynamics.h"
 #include "framework/zelk/ChannelPair.h"
 #include "framework/zelk/EQParameterSet.h"
 #include "framework/zelk/SoloPath.h"
@@ -31,14 +32,25 @@ public:
 
     void parameterChanged(std::int32_t id) noexcept REALTIME override;
 
-    void enableFilter(std::int32_t band) noexcept REALTIME;   // as the band's placement tells
-    void updateDelay(std::int32_t samples) noexcept REALTIME; // allocates when there is one
-    void gatherBands() noexcept REALTIME;                     // of this channel, into the chains that the processor has
-    void connect() noexcept REALTIME; // when all channels have gathered theirs: chains, and the solo path's input
+    // Wiring, when all channels have done the step before.
+    void enableFilters(std::int32_t band) noexcept REALTIME;   // as the band's placement tells
+    void updateDelays(std::int32_t latency) noexcept REALTIME; // samples; allocates when they change
+    void gatherBands() noexcept REALTIME;                      // of this channel, into the chains that there are
+    void connect() noexcept REALTIME;                          // chains, detectors and the solo path
+    void connectChains() noexcept REALTIME;                    // the filters of the chains alone
+    void connectDetector(std::int32_t band) noexcept REALTIME;
+
+    // Changes that leave the wiring as it is.
+    void followDynamics(std::int32_t band) noexcept REALTIME; // whether its gain may move from sample to sample
+    bool setRegion(std::int32_t band, const BandDynamics::Region& region) noexcept REALTIME; // true: another one
+    void markKernelsDirty() noexcept REALTIME;
     void setAutoGain(float linear) noexcept REALTIME; // glides
     void soloChanged() noexcept REALTIME;             // another band is soloed, or none
 
     EQFilter& mainFilter(std::int32_t band) noexcept REALTIME { return *mainFilters[static_cast<std::size_t>(band)]; }
+    EQFilter& sideChainFilter(std::int32_t band) noexcept REALTIME {
+        return *sideChainFilters[static_cast<std::size_t>(band)];
+    }
     std::span<const std::int32_t> chainBands(std::size_t chain) const noexcept REALTIME {
         return chains[chain].bands();
     }
@@ -51,7 +63,9 @@ public:
 private:
     void joinPair(ZelkChannel& left);
     void buildOutput();
+    void renewDelay(std::unique_ptr<wave::DelayFilter>& delay, std::int32_t samples, wave::Producer& source);
     void wireSolo() noexcept REALTIME;
+    [[nodiscard]] bool converts(std::size_t chain) const noexcept REALTIME; // the pair's mid/side chain has work to do
     void updateSoloLevels() noexcept REALTIME;
     void followSoloedBand(std::int32_t id) noexcept REALTIME;
     const EQParameterSet* soloedBand() const noexcept REALTIME; // null without
@@ -65,8 +79,10 @@ private:
     ChannelPair* pair = nullptr;          // of both
 
     std::array<std::unique_ptr<EQFilter>, bandCount> mainFilters;
-    std::unique_ptr<wave::DelayFilter> inputDelay; // while there is latency
-    std::array<BandChain, 2> chains;               // left and right before mid and side
+    std::array<std::unique_ptr<EQFilter>, bandCount> sideChainFilters; // one section, ahead of the detectors
+    std::unique_ptr<wave::DelayFilter> inputDelay;                     // both late by the latency, while there is one
+    std::unique_ptr<wave::DelayFilter> sideChainDelay;
+    std::array<BandChain, 2> chains; // left and right before mid and side
     VolumeFilter autoGainVolume;
     SoloPath solo;
     Mixer channelMixer;                          // the chains' signal, the solo path

@@ -1,6 +1,7 @@
 #include "framework/zelk/ZelkProcessor.h"
 
 #include "eq/EQFilter.h"
+#include "framework/zelk/KernelGrid.h"
 #include "framework/zelk/ZelkBand.h"
 #include "framework/zelk/ZelkChannel.h"
 
@@ -46,17 +47,27 @@ ZelkProcessor::~ZelkProcessor() = default;
 
 std::unique_ptr<EQFilter> ZelkProcessor::makeMainFilter(std::int32_t bandIndex) {
     constexpr std::int32_t everySample = 1; // a dynamic gain may ask for a row each
-    auto filter = queueOwner != nullptr
-                      ? std::make_unique<EQFilter>(environment(), BiquadProcessor::maxSections, *queueOwner)
+    auto filter = mainQueueOwner != nullptr
+                      ? std::make_unique<EQFilter>(environment(), BiquadProcessor::maxSections, *mainQueueOwner)
                       : std::make_unique<EQFilter>(environment(), BiquadProcessor::maxSections, everySample);
-    if (queueOwner == nullptr)
-        queueOwner = filter.get();
+    if (mainQueueOwner == nullptr)
+        mainQueueOwner = filter.get();
     EQParameterSet& parameters = bands.set(bandIndex);
     parameters.frequency.addListener(&filter->frequency);
     parameters.q.addListener(&filter->q);
     parameters.shape.addListener(&filter->shape);
     parameters.slope.addListener(&filter->slope);
     filter->gain.connect(&band(bandIndex).gainSum);
+    return filter;
+}
+
+std::unique_ptr<EQFilter> ZelkProcessor::makeSideChainFilter() {
+    constexpr std::int32_t granularity = 4; // samples
+    auto filter = sideChainQueueOwner != nullptr ? std::make_unique<EQFilter>(environment(), 1, *sideChainQueueOwner)
+                                                 : std::make_unique<EQFilter>(environment(), 1, granularity);
+    if (sideChainQueueOwner == nullptr)
+        sideChainQueueOwner = filter.get();
+    filter->coefficientCalculation = CoefficientCalculation::bilinearCompensated;
     return filter;
 }
 
@@ -73,29 +84,25 @@ void ZelkProcessor::beforeChange(std::int32_t id) noexcept {
 
 void ZelkProcessor::sampleRateChanged() {
     GenericPluginProcessor::sampleRateChanged();
-    loudness::fillFrequencies(autoGainFrequencies, environment().sampleRate);
+    loudness::fillFrequencies(autoGainFrequencies, sampleRate());
+    rebuildKernels();
+    updateDesigns(-1, false);
     renewLatency();
-    updateDesigns(-1);
 }
 
 void ZelkProcessor::renewLatency() noexcept REALTIME {
-    setLatency(latencyAt(static_cast<double>(environment().sampleRate)));
-}
-
-void ZelkProcessor::updateDelays() noexcept REALTIME {
-    if (latency() == delayLength)
-        return;
-    delayLength = latency();
-    for (ZelkChannel* const channel : zelkChannels)
-        channel->updateDelay(delayLength);
-    rewireChannels();
+    setLatency(latencyAt(static_cast<double>(sampleRate())));
 }
 
 // The graph
 
 void ZelkProcessor::runGraph(std::span<const float*> outputs, std::int32_t count) noexcept REALTIME {
-    updateDelays();
     rewireFading();
+    if (grid != nullptr && processingMode.get() == ProcessingMode::linearPhase) {
+        for (const std::unique_ptr<Band>& one : bandObjects)
+            if (one->dynamics.isActive())
+                one->pullDynamicGain(count);
+    }
     GenericPluginProcessor::runGraph(outputs, count);
 }
 
@@ -106,16 +113,21 @@ bool ZelkProcessor::isFading(std::int32_t bandIndex) noexcept REALTIME {
 }
 
 ChainLayout ZelkProcessor::countChains() noexcept REALTIME {
+    const bool linear = processingMode.get() == ProcessingMode::linearPhase; // its filters are not heard
     ChainDemand demand;
     for (std::int32_t index = 0; index < bandCount; ++index) {
-        if (bands.set(index).used.get() || isFading(index))
+        if (bands.set(index).used.get() || (!linear && isFading(index)))
             demand.add(bands.set(index));
     }
     return demand.layout();
 }
 
 void ZelkProcessor::rewireChannels() noexcept REALTIME {
-    wiredChains = countChains();
+    const ChainLayout now = countChains();
+    if (!(now == wiredChains)) {
+        wiredChains = now;
+        updateDelays();
+    }
     for (ZelkChannel* const channel : zelkChannels)
         channel->gatherBands();
     for (ZelkChannel* const channel : zelkChannels)

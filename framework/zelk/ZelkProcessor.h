@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/Realtime.h"
+#include "eq/DiscreteFrequencyResponseSource.h"
 #include "framework/GenericPluginProcessor.h"
 #include "framework/chl/Layouts.h"
 #include "framework/zelk/BandPlacement.h"
@@ -19,11 +20,13 @@
 #include <vector>
 
 class EQFilter;
+struct KernelGrid;
 
 class ZelkProcessor final : public GenericPluginProcessor, public ZelkParameters {
 public:
     class Band;
     class BandChain;
+    class BandDynamics;
     class ChannelPair;
     class ZelkChannel;
 
@@ -40,8 +43,17 @@ public:
     wave::Producer& soloGainSource() noexcept REALTIME { return soloLimiter; }
     void setSoloInput(std::size_t channel, float weight) noexcept REALTIME; // how the limiter hears a channel
 
-    // [main] A filter that follows the band's parameters. All of them share the memory in which rows are queued.
+    KernelGrid* kernelGrid() const noexcept REALTIME { return grid.get(); }              // null in Zero Latency
+    DiscreteFrequencyResponseSource::Mapping& noGrid() noexcept { return emptyMapping; } // of chains without a kernel
+    float kernelGain() const noexcept REALTIME {
+        return autoGainFactor;
+    } // that part of the auto gain which kernels carry
+    float sampleRate() noexcept REALTIME { return environment().sampleRate; }
+
+    // [main] Filters that follow a band's parameters, and those of its detectors. All of a kind share the memory in
+    // which rows are queued.
     std::unique_ptr<EQFilter> makeMainFilter(std::int32_t bandIndex);
+    std::unique_ptr<EQFilter> makeSideChainFilter();
 
 protected:
     void initProcess() override;
@@ -53,20 +65,26 @@ protected:
 private:
     // What a change asks of the graph.
     struct Due {
+        bool kernels = false;
         bool solo = false;
         bool wiring = false;
+        bool chains = false; // their order of filters and responses
     };
 
     void noteBandChange(std::int32_t index, std::int32_t id, Due& due) noexcept REALTIME;
     std::int32_t scanSolo() const noexcept REALTIME;
     void renewLatency() noexcept REALTIME;
+    void settleWiring(const Due& due) noexcept REALTIME;
+    void rebuildKernels() noexcept REALTIME;
     void updateDelays() noexcept REALTIME;
-    void rewireChannels() noexcept REALTIME;
+    void rewireChannels() noexcept REALTIME; // with new delays when the number of chains changes
     void rewireFading() noexcept REALTIME;
     ChainLayout countChains() noexcept REALTIME; // of the bands in use and those that still fade out
     bool isFading(std::int32_t bandIndex) noexcept REALTIME;
 
-    void updateDesigns(std::int32_t id) noexcept REALTIME;
+    bool updateDynamics(std::int32_t index, std::int32_t id, bool modeChanged) noexcept REALTIME; // true: wiring is due
+    void configureDynamics(std::int32_t index) noexcept REALTIME;
+    void updateDesigns(std::int32_t id, bool modeChanged) noexcept REALTIME;
     float computeAutoGain() noexcept REALTIME;
     bool bandsAreAlikeEverywhere() const noexcept REALTIME;
     float compensationOfAll() noexcept REALTIME;
@@ -79,8 +97,11 @@ private:
     Mixer soloMixer; // the loudest channel of the solo path
     SafetyLimiter soloLimiter;
     std::vector<ZelkChannel*> zelkChannels; // owned by the base
-    EQFilter* queueOwner = nullptr;         // the first main filter
+    EQFilter* mainQueueOwner = nullptr;     // the first main filter
+    EQFilter* sideChainQueueOwner = nullptr;
+    DiscreteFrequencyResponseSource::Mapping emptyMapping{false, 20.0f, 20000.0f, 255};
+    std::unique_ptr<KernelGrid> grid;
     ChainLayout wiredChains;
     std::int32_t soloedBand = -1;
-    std::int32_t delayLength = 0; // samples, of the channels' delays
+    float autoGainFactor = 1.0f;
 };

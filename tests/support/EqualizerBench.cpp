@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <numbers>
 #include <random>
 
@@ -57,6 +56,7 @@ void EqualizerBench::settle(double seconds) {
 void EqualizerBench::restart() {
     render(Channels(channels(), std::vector<float>(1, 0.0f)));
     instance.stop();
+    instance.plugin->on_main_thread(instance.plugin); // the editor side follows
     instance.start(rate, maxFrames);
 }
 
@@ -119,13 +119,17 @@ std::vector<float> noise(std::uint32_t seed, double amplitude, std::size_t lengt
     return samples;
 }
 
-double magnitudeDb(const std::vector<float>& impulse, double hz, double sampleRate) {
+std::complex<double> spectrumAt(const std::vector<float>& samples, double hz, double sampleRate) {
     // Horner's rule from the last sample back: no table, and no error that grows.
     const std::complex<double> turn = std::polar(1.0, -2.0 * std::numbers::pi * hz / sampleRate);
     std::complex<double> sum;
-    for (auto sample = impulse.rbegin(); sample != impulse.rend(); ++sample)
+    for (auto sample = samples.rbegin(); sample != samples.rend(); ++sample)
         sum = sum * turn + static_cast<double>(*sample);
-    return 20.0 * std::log10(std::max(std::abs(sum), 1e-20));
+    return sum;
+}
+
+double magnitudeDb(const std::vector<float>& impulse, double hz, double sampleRate) {
+    return 20.0 * std::log10(std::max(std::abs(spectrumAt(impulse, hz, sampleRate)), 1e-20));
 }
 
 double peakDifferenceDb(const std::vector<float>& one, const std::vector<float>& other) {

@@ -4,6 +4,7 @@
 
 #include "tests/support/ClapTestHost.h"
 
+#include <complex>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -55,6 +56,7 @@ private:
 // Signals.
 std::vector<float> sine(double hz, double amplitude, std::size_t length, double sampleRate = 48000.0);
 std::vector<float> noise(std::uint32_t seed, double amplitude, std::size_t length); // white, even distribution
+std::complex<double> spectrumAt(const std::vector<float>& samples, double hz, double sampleRate);
 double magnitudeDb(const std::vector<float>& impulse, double hz, double sampleRate);
 
 // Of the difference, in dB of full scale; -400 for no difference at all.

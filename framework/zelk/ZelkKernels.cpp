@@ -1,0 +1,46 @@
+// What the modes with latency need: kernels, responses, and delays that line everything else up with them.
+#include "framework/zelk/BandDynamics.h"
+#include "framework/zelk/KernelGrid.h"
+#include "framework/zelk/ZelkBand.h"
+#include "framework/zelk/ZelkChannel.h"
+#include "framework/zelk/ZelkProcessor.h"
+
+#include <utility>
+
+void ZelkProcessor::rebuildKernels() noexcept REALTIME {
+    const RealtimePermit permit{"processing mode, resolution or sample rate changed"};
+    trustedRealtime([this] {
+        const KernelSizes sizes =
+            kernelSizes(processingMode.get(), processingResolution.get(), static_cast<double>(sampleRate()));
+        // The old one goes when no chain reads it any more.
+        const std::unique_ptr<KernelGrid> old = std::exchange(
+            grid, sizes.length > 0 ? std::make_unique<KernelGrid>(processingMode.get(), sizes, sampleRate()) : nullptr);
+        for (const std::unique_ptr<Band>& one : bandObjects) {
+            one->createResponses();
+            one->updateDesign(-1);
+        }
+        wiredChains = countChains();
+        updateDelays();
+        rewireChannels();
+    });
+}
+
+void ZelkProcessor::updateDelays() noexcept REALTIME {
+    const RealtimePermit permit{"delays of the bands' detectors"};
+    const std::int32_t latency = processingLatency(processingMode.get(), processingResolution.get(),
+                                                   static_cast<double>(sampleRate()), wiredChains.count());
+    for (ZelkChannel* const channel : zelkChannels)
+        channel->updateDelays(latency);
+    // A kernel is made of the gain at the hop in which its sequence starts, and is heard from its middle on.
+    const bool linear = grid != nullptr && processingMode.get() == ProcessingMode::linearPhase;
+    const std::int32_t lead = linear ? grid->configuration->getKernelLength() / 2 - grid->configuration->getHop() : 0;
+    for (std::int32_t index = 0; index < bandCount; ++index) {
+        BandDynamics::Delays delays;
+        if (linear) {
+            const bool second = wiredChains.count() == 2 && bandInMidSideChain(bands.set(index), wiredChains);
+            delays.detector = second ? lead + latency / 2 : lead;
+            delays.meters = wiredChains.count() == 2 && !second ? latency - lead : 0;
+        }
+        trustedRealtime([&] { band(index).dynamics.setDelays(delays); });
+    }
+}
