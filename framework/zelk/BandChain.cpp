@@ -68,7 +68,7 @@ void ZelkProcessor::BandChain::gatherResponses() noexcept REALTIME {
     trustedRealtime([this] { // both have room for all bands
         for (const std::int32_t index : bands()) {
             Band& band = owner.band(index);
-            if (!sounds(index) || band.isBrickwall())
+            if (!sounds(index) || band.isElliptic())
                 continue;
             naturalPhase.numerators.push_back(band.analogResponse.get());
             naturalPhase.denominators.push_back(band.biquadResponse.get());

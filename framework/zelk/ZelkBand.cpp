@@ -39,10 +39,8 @@ bool ZelkProcessor::Band::concernedBy(std::int32_t id) const noexcept REALTIME {
            id == extension.externalSideChain.id();
 }
 
-bool ZelkProcessor::Band::isBrickwall() const noexcept REALTIME {
-    const FilterShape shape = parameters.shape.get();
-    return parameters.slope.get() == FilterSlope::brickwall &&
-           (shape == FilterShape::lowPass || shape == FilterShape::highPass);
+bool ZelkProcessor::Band::isElliptic() const noexcept REALTIME {
+    return isBrickwall(parameters.shape.get(), parameters.slope.get());
 }
 
 void ZelkProcessor::Band::propertyChanged(AbstractProperty&) noexcept {

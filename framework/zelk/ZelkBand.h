@@ -25,7 +25,7 @@ public:
     Band& operator=(const Band&) = delete;
 
     [[nodiscard]] bool concernedBy(std::int32_t id) const noexcept REALTIME; // one of this band's parameters, or -1
-    [[nodiscard]] bool isBrickwall() const noexcept REALTIME;                // its elliptic sections stay as they are
+    [[nodiscard]] bool isElliptic() const noexcept REALTIME;                 // its sections stay as they are
 
     std::int32_t sectionCount() const noexcept REALTIME { return prototype.sectionCount; } // of the present design
 
