@@ -46,7 +46,7 @@ void ZelkProcessor::BandChain::renewConvolver(bool inUse) noexcept REALTIME {
 
 wave::Producer& ZelkProcessor::BandChain::connect(wave::Producer& input) noexcept REALTIME {
     wave::Producer* signal = &input;
-    const bool linear = convolver != nullptr && owner.processingMode.get() == ProcessingMode::linearPhase;
+    const bool linear = convolver != nullptr && owner.isLinear();
     for (const std::int32_t band : linear ? std::span<const std::int32_t>{} : bands()) {
         EQFilter& filter = channel.mainFilter(band);
         filter.input = signal;
@@ -105,17 +105,16 @@ std::int32_t ZelkProcessor::BandChain::evaluationCost() const noexcept REALTIME 
 void ZelkProcessor::BandChain::updateDynamic() noexcept REALTIME {
     if (kernel == nullptr)
         return;
-    const bool linear = owner.processingMode.get() == ProcessingMode::linearPhase;
-    kernel->dynamic = linear && std::any_of(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(count),
-                                            [this](std::int32_t band) {
-                                                return sounds(band) && owner.band(band).dynamics.isActive();
-                                            });
+    kernel->dynamic = owner.isLinear() && std::any_of(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(count),
+                                                      [this](std::int32_t band) {
+                                                          return sounds(band) && owner.band(band).dynamics.isActive();
+                                                      });
 }
 
 // The response
 
 void ZelkProcessor::BandChain::responses(std::int32_t start, std::span<std::complex<float>> out) noexcept REALTIME {
-    if (owner.processingMode.get() != ProcessingMode::linearPhase) {
+    if (!owner.isLinear()) {
         naturalPhase.responses(start, out);
         return;
     }

@@ -4,8 +4,10 @@
 
 #include <numbers>
 
-KernelGrid::KernelGrid(ProcessingMode mode, const KernelSizes& sizes, float sampleRate)
-    : configuration(FrequencyResponseKernel::makeConfiguration(mode, sizes.length, sizes.partitionBlock,
+KernelGrid::KernelGrid(ProcessingMode graphMode, const KernelSizes& graphSizes, float sampleRate)
+    : mode(graphMode)
+    , sizes(graphSizes)
+    , configuration(FrequencyResponseKernel::makeConfiguration(graphMode, sizes.length, sizes.partitionBlock,
                                                                static_cast<double>(sampleRate)))
     , mapping(false, 0.0f, sampleRate * 0.5f, sizes.length / 2)
     , frequencies(sizes.length / 2 + 1)

@@ -13,12 +13,14 @@
 #include <memory>
 
 struct KernelGrid {
-    KernelGrid(ProcessingMode mode, const KernelSizes& sizes, float sampleRate);
+    KernelGrid(ProcessingMode graphMode, const KernelSizes& graphSizes, float sampleRate);
     KernelGrid(const KernelGrid&) = delete;
     KernelGrid& operator=(const KernelGrid&) = delete;
 
     std::int32_t bins() const noexcept REALTIME { return frequencies.getCapacity(); }
 
+    const ProcessingMode mode; // both of the graph; the parameters may be ahead of it
+    const KernelSizes sizes;
     std::unique_ptr<Convolver::Configuration> configuration;
     DiscreteFrequencyResponseSource::Mapping mapping; // Hz, from 0 to half the sample rate
     AlignedBuffer<float> frequencies;                 // the same in radians per sample

@@ -46,10 +46,13 @@ KernelSizes kernelSizes(ProcessingMode mode, ProcessingResolution resolution, do
     return {};
 }
 
+std::int32_t KernelSizes::latency(std::int32_t chainCount) const noexcept REALTIME {
+    return (length / 2 + partitionBlock) * std::max(chainCount, 1);
+}
+
 std::int32_t processingLatency(ProcessingMode mode, ProcessingResolution resolution, double sampleRate,
                                std::int32_t chainCount) noexcept REALTIME {
-    const KernelSizes sizes = kernelSizes(mode, resolution, sampleRate);
-    return (sizes.length / 2 + sizes.partitionBlock) * std::max(chainCount, 1);
+    return kernelSizes(mode, resolution, sampleRate).latency(chainCount);
 }
 
 bool dynamicsAllowed(ProcessingMode mode, ProcessingResolution resolution) noexcept REALTIME {

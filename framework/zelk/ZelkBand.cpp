@@ -72,7 +72,7 @@ void ZelkProcessor::Band::createResponses() {
     KernelGrid* const grid = owner.kernelGrid();
     if (grid == nullptr)
         return;
-    if (owner.processingMode.get() == ProcessingMode::naturalPhase) {
+    if (grid->mode == ProcessingMode::naturalPhase) {
         analogResponse = std::make_unique<EQAnalogResponse>(grid->mapping, grid->frequencies, prototype);
         biquadResponse = std::make_unique<EQBiquadResponse>(grid->mapping, grid->frequencies, prototype);
         analogResponse->resize(static_cast<std::size_t>(grid->bins()));

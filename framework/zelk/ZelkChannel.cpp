@@ -169,7 +169,7 @@ void ZelkProcessor::ZelkChannel::gatherBands() noexcept REALTIME {
         chain.clear();
     fadingBand = false;
     const ChainLayout& layout = zelk.chainLayout();
-    const bool linear = zelk.processingMode.get() == ProcessingMode::linearPhase;
+    const bool linear = zelk.isLinear();
     for (std::int32_t band = 0; band < bandCount; ++band) {
         const EQFilter& filter = mainFilter(band);
         const bool fading = !linear && !filter.enabled && !filter.getProcessor().isOff();

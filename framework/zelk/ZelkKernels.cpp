@@ -7,14 +7,18 @@
 
 #include <utility>
 
+bool ZelkProcessor::isLinear() const noexcept REALTIME {
+    return grid != nullptr && grid->mode == ProcessingMode::linearPhase;
+}
+
 void ZelkProcessor::rebuildKernels() noexcept REALTIME {
     const RealtimePermit permit{"processing mode, resolution or sample rate changed"};
     trustedRealtime([this] {
-        const KernelSizes sizes =
-            kernelSizes(processingMode.get(), processingResolution.get(), static_cast<double>(sampleRate()));
+        const ProcessingMode mode = processingMode.get();
+        const KernelSizes sizes = kernelSizes(mode, processingResolution.get(), static_cast<double>(sampleRate()));
         // The old one goes when no chain reads it any more.
-        const std::unique_ptr<KernelGrid> old = std::exchange(
-            grid, sizes.length > 0 ? std::make_unique<KernelGrid>(processingMode.get(), sizes, sampleRate()) : nullptr);
+        const std::unique_ptr<KernelGrid> old =
+            std::exchange(grid, sizes.length > 0 ? std::make_unique<KernelGrid>(mode, sizes, sampleRate()) : nullptr);
         for (const std::unique_ptr<Band>& one : bandObjects) {
             one->createResponses();
             one->updateDesign(-1);
@@ -27,13 +31,12 @@ void ZelkProcessor::rebuildKernels() noexcept REALTIME {
 
 void ZelkProcessor::updateDelays() noexcept REALTIME {
     const RealtimePermit permit{"delays of the bands' detectors"};
-    const std::int32_t latency = processingLatency(processingMode.get(), processingResolution.get(),
-                                                   static_cast<double>(sampleRate()), wiredChains.count());
+    const std::int32_t latency = grid != nullptr ? grid->sizes.latency(wiredChains.count()) : 0;
     for (ZelkChannel* const channel : zelkChannels)
         channel->updateDelays(latency);
     // A kernel is made of the gain at the hop in which its sequence starts, and is heard from its middle on.
-    const bool linear = grid != nullptr && processingMode.get() == ProcessingMode::linearPhase;
-    const std::int32_t lead = linear ? grid->configuration->getKernelLength() / 2 - grid->configuration->getHop() : 0;
+    const bool linear = isLinear();
+    const std::int32_t lead = linear ? grid->sizes.length / 2 - grid->configuration->getHop() : 0;
     for (std::int32_t index = 0; index < bandCount; ++index) {
         BandDynamics::Delays delays;
         if (linear) {

@@ -98,7 +98,7 @@ void ZelkProcessor::renewLatency() noexcept REALTIME {
 
 void ZelkProcessor::runGraph(std::span<const float*> outputs, std::int32_t count) noexcept REALTIME {
     rewireFading();
-    if (grid != nullptr && processingMode.get() == ProcessingMode::linearPhase) {
+    if (isLinear()) {
         for (const std::unique_ptr<Band>& one : bandObjects)
             if (one->dynamics.isActive())
                 one->pullDynamicGain(count);
@@ -113,7 +113,7 @@ bool ZelkProcessor::isFading(std::int32_t bandIndex) noexcept REALTIME {
 }
 
 ChainLayout ZelkProcessor::countChains() noexcept REALTIME {
-    const bool linear = processingMode.get() == ProcessingMode::linearPhase; // its filters are not heard
+    const bool linear = isLinear(); // its filters are not heard
     ChainDemand demand;
     for (std::int32_t index = 0; index < bandCount; ++index) {
         if (bands.set(index).used.get() || (!linear && isFading(index)))

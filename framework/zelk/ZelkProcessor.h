@@ -43,7 +43,8 @@ public:
     wave::Producer& soloGainSource() noexcept REALTIME { return soloLimiter; }
     void setSoloInput(std::size_t channel, float weight) noexcept REALTIME; // how the limiter hears a channel
 
-    KernelGrid* kernelGrid() const noexcept REALTIME { return grid.get(); }              // null in Zero Latency
+    KernelGrid* kernelGrid() const noexcept REALTIME { return grid.get(); } // null in Zero Latency
+    [[nodiscard]] bool isLinear() const noexcept REALTIME; // the graph as it stands; the parameter may be ahead of it
     DiscreteFrequencyResponseSource::Mapping& noGrid() noexcept { return emptyMapping; } // of chains without a kernel
     float kernelGain() const noexcept REALTIME {
         return autoGainFactor;

@@ -115,7 +115,7 @@ void ZelkProcessor::updateDesigns(std::int32_t id, bool modeChanged) noexcept RE
     }
     if (modeChanged || concerns(id, autoGain) || (autoGain.get() && designed)) {
         autoGainFactor = computeAutoGain();
-        const bool inKernels = processingMode.get() == ProcessingMode::linearPhase;
+        const bool inKernels = isLinear();
         for (ZelkChannel* const channel : zelkChannels)
             channel->setAutoGain(inKernels ? 1.0f : autoGainFactor);
         designed = true;
