@@ -4,6 +4,7 @@
 #include "framework/zelk/KernelGrid.h"
 #include "framework/zelk/ZelkBand.h"
 #include "framework/zelk/ZelkChannel.h"
+#include "midi/ProcessorMidiInput.h"
 
 #include <algorithm>
 #include <utility>
@@ -44,6 +45,10 @@ ZelkProcessor::ZelkProcessor(chl::Layout wanted)
 }
 
 ZelkProcessor::~ZelkProcessor() = default;
+
+std::unique_ptr<MidiMessageReceiver> ZelkProcessor::createMidiReceiver() {
+    return std::make_unique<ProcessorMidiInput>(*this);
+}
 
 std::unique_ptr<EQFilter> ZelkProcessor::makeMainFilter(std::int32_t bandIndex) {
     constexpr std::int32_t everySample = 1; // a dynamic gain may ask for a row each

@@ -58,6 +58,7 @@ public:
 
 protected:
     void initProcess() override;
+    std::unique_ptr<MidiMessageReceiver> createMidiReceiver() override;
     void beforeChange(std::int32_t id) noexcept override;
     void applyParameter(std::int32_t id) noexcept REALTIME override;
     void runGraph(std::span<const float*> outputs, std::int32_t count) noexcept REALTIME override;
