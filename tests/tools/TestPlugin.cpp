@@ -95,6 +95,11 @@ void takeEvents(Instance& self, const clap_input_events* events, std::uint32_t f
             const auto* event = reinterpret_cast<const clap_event_param_value*>(header);
             self.values[event->param_id] = event->value;
         }
+        if (header->type == CLAP_EVENT_MIDI && header->time >= from && header->time < to) {
+            const auto& data = reinterpret_cast<const clap_event_midi*>(header)->data;
+            if ((data[0] & 0xF0) == 0xB0 && data[1] == 7) // volume
+                self.values[gain] = data[2] - 100.0;
+        }
     }
 }
 
@@ -257,6 +262,13 @@ constexpr clap_plugin_audio_ports audioPorts{
         return true;
     }};
 
+constexpr clap_plugin_note_ports notePorts{
+    [](const clap_plugin*, bool isInput) noexcept -> std::uint32_t { return isInput ? 1 : 0; },
+    [](const clap_plugin*, std::uint32_t, bool, clap_note_port_info* info) noexcept {
+        *info = {0, CLAP_NOTE_DIALECT_MIDI, CLAP_NOTE_DIALECT_MIDI, "MIDI"};
+        return true;
+    }};
+
 constexpr clap_plugin_audio_ports_config portsConfig{
     [](const clap_plugin*) noexcept -> std::uint32_t { return layouts.size(); },
     [](const clap_plugin*, std::uint32_t index, clap_audio_ports_config* config) noexcept {
@@ -287,6 +299,7 @@ const void* getExtension(const clap_plugin*, const char* id) noexcept {
            : wanted == CLAP_EXT_PRESET_LOAD        ? &presetLoad
            : wanted == CLAP_EXT_AUDIO_PORTS        ? &audioPorts
            : wanted == CLAP_EXT_AUDIO_PORTS_CONFIG ? &portsConfig
+           : wanted == CLAP_EXT_NOTE_PORTS         ? &notePorts
            : wanted == CLAP_EXT_LATENCY            ? &latency
            : wanted == CLAP_EXT_TAIL               ? &tail
            : wanted == CLAP_EXT_TRACK_INFO         ? static_cast<const void*>(&trackInfo)
@@ -315,9 +328,8 @@ constexpr clap_plugin_factory factory{
 
 extern "C" {
 [[gnu::visibility("default")]] extern const clap_plugin_entry clap_entry;
-const clap_plugin_entry clap_entry{
-    CLAP_VERSION, [](const char*) noexcept { return true; }, []() noexcept {},
-    [](const char* id) noexcept -> const void* {
-        return std::strcmp(id, CLAP_PLUGIN_FACTORY_ID) == 0 ? &factory : nullptr;
-    }};
+const clap_plugin_entry clap_entry{CLAP_VERSION, [](const char*) noexcept { return true; }, []() noexcept {},
+                                   [](const char* id) noexcept -> const void* {
+                                       return std::strcmp(id, CLAP_PLUGIN_FACTORY_ID) == 0 ? &factory : nullptr;
+                                   }};
 }

@@ -15,19 +15,38 @@ void EventList::addValue(std::uint64_t frame, const clap_param_info& parameter, 
     event.value.channel = -1;
     event.value.key = -1;
     event.value.value = value;
-    const auto behind = std::upper_bound(events.begin(), events.end(), frame,
+    insert(event);
+}
+
+void EventList::addMidi(std::uint64_t frame, std::uint32_t port, const std::array<std::uint8_t, 3>& bytes) {
+    Event event{frame, {}};
+    event.midi = {};
+    event.midi.header = {sizeof(clap_event_midi), 0, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_MIDI, 0};
+    event.midi.port_index = static_cast<std::uint16_t>(port);
+    std::copy(bytes.begin(), bytes.end(), event.midi.data);
+    insert(event);
+}
+
+void EventList::insert(const Event& event) {
+    const auto behind = std::upper_bound(events.begin(), events.end(), event.frame,
                                          [](std::uint64_t wanted, const Event& other) { return wanted < other.frame; });
     events.insert(behind, event);
 }
 
+std::vector<EventList::Event>::const_iterator EventList::from(std::uint64_t frame) const noexcept {
+    return std::lower_bound(events.begin(), events.end(), frame,
+                            [](const Event& event, std::uint64_t wanted) { return event.frame < wanted; });
+}
+
+std::size_t EventList::countFrom(std::uint64_t frame) const noexcept {
+    return static_cast<std::size_t>(events.end() - from(frame));
+}
+
 void EventList::showBlock(std::uint64_t start, std::uint32_t count) noexcept {
-    const auto before = [](const Event& event, std::uint64_t frame) { return event.frame < frame; };
-    const auto from = std::lower_bound(events.begin(), events.end(), start, before);
-    const auto to = std::lower_bound(from, events.end(), start + count, before);
-    first = static_cast<std::size_t>(from - events.begin());
-    shown = static_cast<std::size_t>(to - from);
-    for (auto event = from; event != to; ++event)
-        event->header.time = static_cast<std::uint32_t>(event->frame - start);
+    first = events.size() - countFrom(start);
+    shown = events.size() - countFrom(start + count) - first;
+    for (std::size_t i = first; i < first + shown; ++i)
+        events[i].header.time = static_cast<std::uint32_t>(events[i].frame - start);
 }
 
 std::uint32_t EventList::shownSize(const clap_input_events* list) noexcept {

@@ -7,6 +7,7 @@
 #include "host/clap/Clap.h"
 #include "tools/host/HostSide.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -19,12 +20,14 @@ public:
 
     // At a sample of the run; events of one sample keep the order in which they were added.
     void addValue(std::uint64_t frame, const clap_param_info& parameter, double value);
+    void addMidi(std::uint64_t frame, std::uint32_t port, const std::array<std::uint8_t, 3>& bytes);
 
     // Shows the events of the samples from start on, count of them, with their offsets in that block.
     void showBlock(std::uint64_t start, std::uint32_t count) noexcept;
 
     const clap_input_events* clap() const { return &table; }
     std::size_t size() const { return events.size(); }
+    std::size_t countFrom(std::uint64_t frame) const noexcept; // events there or later
 
 private:
     // One slot takes any event that this host sends.
@@ -33,8 +36,12 @@ private:
         union {
             clap_event_header header;
             clap_event_param_value value;
+            clap_event_midi midi;
         };
     };
+
+    void insert(const Event& event);
+    std::vector<Event>::const_iterator from(std::uint64_t frame) const noexcept;
 
     static std::uint32_t shownSize(const clap_input_events* list) noexcept;
     static const clap_event_header* shownEvent(const clap_input_events* list, std::uint32_t index) noexcept;

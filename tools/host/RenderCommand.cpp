@@ -2,6 +2,7 @@
 #include "base/NumberText.h"
 #include "tools/host/Commands.h"
 #include "tools/host/Failure.h"
+#include "tools/host/MidiFile.h"
 #include "tools/host/Parameters.h"
 #include "tools/host/Player.h"
 #include "tools/host/ProgressBar.h"
@@ -29,6 +30,8 @@ Options renderOptions() {
                  "sound for the second input port, of the same sample rate; mono goes to all\n"
                  "channels, silence follows its end"});
     options.add({"--automate", "FILE", "parameter changes, a line each: seconds, parameter, value"});
+    options.add(
+        {"--midi", "FILE", "standard MIDI file, format 0 or 1, played into the plug-in from the first sample on"});
     options.add({"--compensate", "", "cut the latency from the start, and let the plug-in's tail ring out"});
     options.add({"--format", "SAMPLES", "16, 24, 32, float or double (default: float, or 24 for flac)"});
     options.add({"--in-place", "", "use the same memory for the main input and output"});
@@ -98,7 +101,7 @@ void printNotes(const Player::Figures& figures, const SoundWriter& writer) {
 void demandSeparateFiles(const Options& options) {
     std::vector<std::string> inputs = Session::inputFiles(options);
     inputs.push_back(options.positional(1));
-    for (const char* option : {"--sidechain", "--automate"}) {
+    for (const char* option : {"--sidechain", "--automate", "--midi"}) {
         if (const auto path = options.text(option))
             inputs.push_back(*path);
     }
@@ -141,6 +144,8 @@ int renderCommand(const std::vector<std::string>& words) {
     EventList events;
     if (const auto path = options.text("--automate"))
         addAutomation(events, Parameters(instance), *path, settings.sampleRate);
+    if (const auto path = options.text("--midi"))
+        addMidiFile(events, instance, *path, settings.sampleRate);
 
     Player::Figures figures;
     {
@@ -176,6 +181,8 @@ int renderCommand(const std::vector<std::string>& words) {
         figures = player.figures();
         printFigures(figures, settings.sampleRate, latency, instance.latency());
         printNotes(figures, writer);
+        if (const std::size_t unheard = events.countFrom(total); unheard > 0)
+            std::fprintf(stderr, "zelk-host: note: %zu events lie behind the end of the sound\n", unheard);
     }
     return session.finish();
 }

@@ -2,12 +2,11 @@
 
 #include "tools/host/Failure.h"
 #include "tools/host/System.h"
+#include "tools/host/WholeFile.h"
 
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace {
 
@@ -16,16 +15,6 @@ const clap_plugin_state& stateTable(const PluginInstance& instance) {
     if (table == nullptr)
         throw Failure("the plug-in has no state to save or load");
     return *table;
-}
-
-std::string wholeFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes;
-    if (file)
-        bytes.assign(std::istreambuf_iterator<char>(file), {});
-    if (!file || file.bad() || std::filesystem::is_directory(path))
-        throw Failure("cannot read " + path);
-    return bytes;
 }
 
 struct Source {
