@@ -22,20 +22,24 @@ std::string fileIn(std::string_view root) {
 
 std::string_view takeLine(std::string_view& text) {
     const std::size_t end = text.find('\n');
-    std::string_view line = text.substr(0, end);
+    const std::string_view line = text.substr(0, end);
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    if (line.ends_with('\r'))
-        line.remove_suffix(1);
-    return line;
+    return line; // with the CR of a CR LF: a line that stays is written as it was
 }
 
 // The full path that a line names; empty: it names none.
 std::string pathOf(std::string_view line, std::string_view root) {
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
     if (line.empty() || line.front() == '#')
         return {};
     std::string relative(line);
     std::replace(relative.begin(), relative.end(), '/', pathSeparator);
     return appendPath(root, relative);
+}
+
+bool fitsOnALine(std::string_view path) {
+    return path.find('\n') == path.npos && !path.ends_with('\r');
 }
 
 std::string lineOf(std::string_view path, std::string_view root) {
@@ -75,7 +79,7 @@ bool writeFavorites(std::string_view root, const std::set<std::string>& favorite
     const std::string prefix = withTrailingSeparator(root);
     std::string added;
     for (const std::string& path : favorites)
-        if (path.starts_with(prefix) && !written.contains(path))
+        if (path.starts_with(prefix) && !written.contains(path) && fitsOnALine(path))
             added += lineOf(path, root);
     if (!exists && added.empty())
         return true;
