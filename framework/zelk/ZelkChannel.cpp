@@ -272,17 +272,16 @@ void ZelkProcessor::ZelkChannel::soloChanged() noexcept REALTIME {
     updateSoloLevels();
 }
 
+// Also while no band is soloed: the path still fades out, and what it read may just have been replaced.
 void ZelkProcessor::ZelkChannel::wireSolo() noexcept REALTIME {
-    const EQParameterSet* const band = soloedBand();
-    if (band == nullptr)
-        return;
-    const bool encoded = pair != nullptr && bandInMidSideChain(*band, zelk.chainLayout());
-    if (encoded)
+    if (const EQParameterSet* const band = soloedBand(); band != nullptr)
+        soloEncoded = pair != nullptr && bandInMidSideChain(*band, zelk.chainLayout());
+    if (soloEncoded)
         solo.setInput(&(pair->delayedEncoder != nullptr ? *pair->delayedEncoder : pair->sideEncoder).output(side()));
     else
         solo.setInput(&delayedInput());
-    channelMixer.setSource(soloEntry,
-                           encoded ? static_cast<wave::Producer*>(&pair->soloDecoder.output(side())) : &solo.output());
+    channelMixer.setSource(soloEntry, soloEncoded ? static_cast<wave::Producer*>(&pair->soloDecoder.output(side()))
+                                                  : &solo.output());
 }
 
 // While no band is soloed the path stays as it was, so that it fades out by its weight alone.

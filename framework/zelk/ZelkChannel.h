@@ -90,4 +90,5 @@ private:
     VolumeFilter outputVolume;
     LevelMeter outputMeter;
     bool fadingBand = false;
+    bool soloEncoded = false; // the solo path hears mid or side, as the last soloed band does
 };

@@ -153,3 +153,28 @@ TEST(EqualizerChange, AnyStormOfChangesLeavesTheSoundFiniteAndTheEndSilent) {
             EXPECT_EQ(*std::max_element(channel.begin(), channel.end()), 0.0f) << "layout " << layout;
     }
 }
+
+// The path of a solo that was let go fades out by its weight alone, whatever becomes of the delays before it.
+TEST(EqualizerChange, ASoloThatFadesOutOutlivesTheDelaysThatItHears) {
+    const Channels input = music(4800);
+    for (const char* const placement : {"Stereo", "Mid"}) {
+        EqualizerBench bench(ZELK_PLUGIN_FILE);
+        EqualizerBench plain(ZELK_PLUGIN_FILE);
+        for (EqualizerBench* const one : {&bench, &plain}) {
+            useBand(*one, "12 dB");
+            one->set("Band 1 Stereo Placement", placement);
+        }
+        bench.set("Processing Mode", "Natural Phase");
+        bench.set("Band 1 Solo", "Enabled");
+        bench.settle();
+        bench.set("Band 1 Solo", "Disabled");
+        bench.set("Processing Mode", "Zero Latency", 100);
+        bench.render(input);
+        bench.settle();
+        plain.settle();
+        const Channels expected = plain.render(input);
+        const Channels heard = bench.render(input);
+        for (std::size_t channel = 0; channel < 2; ++channel)
+            EXPECT_LT(peakDifferenceDb(heard[channel], expected[channel]), -90.0) << placement;
+    }
+}

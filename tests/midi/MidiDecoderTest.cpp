@@ -38,6 +38,7 @@ public:
 
 private:
     void record(const char* format, double a, double b = 0.0, double c = 0.0) noexcept REALTIME {
+        const RealtimePermit permit{"a test's log"};
         trustedRealtime([&] {
             char text[64];
             std::snprintf(text, sizeof text, format, a, b, c);
