@@ -40,6 +40,9 @@ protected:
 
     BiquadProcessor processor;
 
+    bool isWhole() const noexcept REALTIME;                     // the stream goes on where this filter was last asked
+    void noteSteadyBlock(std::int32_t count) noexcept REALTIME; // of this filter and its linked partner
+
 private:
     void noteContinuity(std::int32_t count) noexcept REALTIME;
     void upholdLink() noexcept REALTIME;

@@ -55,6 +55,11 @@ public:
     void enqueue(std::int32_t count, const double* row, float scale) noexcept REALTIME;
     void process(std::int32_t count) noexcept REALTIME; // of a linked pair: both channels
 
+    // For whoever runs the sections without this: nothing fades, nothing waits for a reset.
+    bool isSteady() const noexcept REALTIME;
+    void noteRun(std::int32_t count) noexcept REALTIME; // of a block, by somebody else
+    double* memoryOf(std::size_t section) noexcept REALTIME;
+
     const wave::BasicBlock<float>& getResult() const noexcept REALTIME { return *result; } // the own block or the input
     bool isOff() const noexcept REALTIME { return mix == 0.0f && rampCount == 0; }
     bool isFullyOn() const noexcept REALTIME { return mix == 1.0f && rampCount == 0; }
@@ -86,7 +91,6 @@ private:
     void runSections() noexcept REALTIME;
     void mixWithDry() noexcept REALTIME;
     void blend(std::int32_t begin, std::int32_t count, double share, double step) noexcept REALTIME;
-    double* memoryOf(std::size_t section) noexcept REALTIME;
 
     std::unique_ptr<Queues> ownQueues; // null: those of another
     RowQueue* rows;

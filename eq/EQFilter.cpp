@@ -133,6 +133,34 @@ void EQFilter::calculateCoefficients(std::int32_t count, BiquadProcessor& wanted
     }
 }
 
+EQFilter::Steadiness EQFilter::prepareSteady(std::int32_t count, bool paired) noexcept REALTIME {
+    const auto* const sister = static_cast<const EQFilter*>(getPartner());
+    const bool whole = processor.isLinked() == paired && processor.getForm() == SectionForm::direct && isWhole() &&
+                       processor.isFullyOn() && (!paired || (sister->isWhole() && sister->processor.isFullyOn()));
+    const bool rests = mixScale == 0.0f;
+    if (!whole || (!rests && !(processor.isSteady() && mixScale == 1.0f && (!paired || sister->processor.isSteady()))))
+        return Steadiness::moves;
+    const wave::BasicBlock<float>& frequencies = frequency.read(count);
+    const wave::BasicBlock<float>& qs = q.read(count);
+    const wave::BasicBlock<float>& gains =
+        AnalogFilterPrototype::hasGain(shape) ? gain.read(count) : environment.zeroBlock;
+    const bool constant = frequencies.isConstant != 0 && qs.isConstant != 0 && gains.isConstant != 0;
+    if (!constant || bracketActive || differs({frequencies.data(), gains.data(), qs.data()}, 0))
+        return Steadiness::moves;
+    samplesToLook = std::max(samplesToLook - count, 0);
+    calculated = environment.position + 1;
+    noteSteadyBlock(count);
+    return rests ? Steadiness::rests : Steadiness::runs;
+}
+
+std::size_t EQFilter::listSections(BiquadSection* out) noexcept REALTIME {
+    BiquadProcessor* const sister = processor.isLinked() ? &static_cast<EQFilter*>(getPartner())->processor : nullptr;
+    for (std::size_t s = 0; s < sectionCount; ++s)
+        out[s] = {currentRow.data() + s * sectionLength,
+                  {processor.memoryOf(s), sister != nullptr ? sister->memoryOf(s) : nullptr}};
+    return sectionCount;
+}
+
 bool EQFilter::differs(const Values& values, std::int32_t i) const noexcept REALTIME {
     return !nearlyEqual(values.frequency[i], lastFrequency) || !nearlyEqual(values.gain[i], lastGain) ||
            !nearlyEqual(values.q[i], lastQ);

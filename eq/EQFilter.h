@@ -34,6 +34,16 @@ public:
     void calculateCoefficients(std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME override;
     void clearLink() noexcept REALTIME override;
 
+    // For a chain that runs the sections of filters which stand still by itself. What this filter is in the cycle that
+    // begins; unless it moves, the block counts as run. `paired`: together with its partner.
+    enum class Steadiness : std::uint8_t {
+        rests, // hands on its input
+        runs,  // the same sections as before, and nothing else
+        moves, // must be pulled
+    };
+    Steadiness prepareSteady(std::int32_t count, bool paired) noexcept REALTIME;
+    std::size_t listSections(BiquadSection* out) noexcept REALTIME; // how many there are
+
     const AnalogFilterPrototype& getPrototype() const noexcept REALTIME { return prototype; } // as last designed
 
 protected:

@@ -118,10 +118,14 @@ void Mixer::sumFast(wave::BasicBlock<float>& block, std::int32_t count) noexcept
         float sum = 0.0f;
         for (std::size_t index = 0; index < used; ++index)
             sum += (*terms[index].source)[0] * (*terms[index].weight)[0];
-        block.fillConstant(sum, count);
+        if (filled < count || block[0] != sum) {
+            block.fillConstant(sum, count);
+            filled = count;
+        }
         return;
     }
     block.isConstant = 0;
+    filled = 0;
     for (std::size_t first = 0; first < used; first += termsPerPass) {
         const std::size_t now = std::min(used - first, termsPerPass);
         const bool onTop = first > 0;
@@ -138,6 +142,7 @@ void Mixer::fold(wave::BasicBlock<float>& block, std::int32_t count) noexcept RE
     bool first = true;
     bool constant = true;
     float* const out = block.data();
+    filled = 0;
     for (const auto& entry : entries) {
         if (entry->source == nullptr)
             continue;

@@ -48,5 +48,6 @@ private:
     void fold(wave::BasicBlock<float>& block, std::int32_t count) noexcept REALTIME;
 
     std::vector<std::unique_ptr<Entry>> entries;
-    bool fastPath = false; // derived: a sum of few inputs that are all connected
+    std::int32_t filled = 0; // samples of the block that hold its constant sum, as long as that is its last value
+    bool fastPath = false;   // derived: a sum of few inputs that are all connected
 };

@@ -13,6 +13,7 @@ ZelkProcessor::BandChain::BandChain(ZelkProcessor& processor, ZelkChannel& ownCh
     , owner(processor)
     , channel(ownChannel)
     , first(isFirst)
+    , filters(processor.environment())
     , naturalPhase(processor.noGrid()) {
     naturalPhase.numerators.reserve(bandCount);
     naturalPhase.denominators.reserve(bandCount);
@@ -45,21 +46,37 @@ void ZelkProcessor::BandChain::renewConvolver(bool inUse) noexcept REALTIME {
 }
 
 wave::Producer& ZelkProcessor::BandChain::connect(wave::Producer& input) noexcept REALTIME {
-    wave::Producer* signal = &input;
     const bool linear = convolver != nullptr && owner.isLinear();
-    for (const std::int32_t band : linear ? std::span<const std::int32_t>{} : bands()) {
-        EQFilter& filter = channel.mainFilter(band);
-        filter.input = signal;
-        signal = &filter;
-    }
+    wave::Producer& signal = linear ? input : connectFilters(input);
     if (convolver == nullptr)
-        return *signal;
-    convolver->input = signal;
+        return signal;
+    convolver->input = &signal;
     if (!linear)
         gatherResponses();
     updateDynamic();
     markDirty();
     return *convolver;
+}
+
+wave::Producer& ZelkProcessor::BandChain::connectFilters(wave::Producer& input) noexcept REALTIME {
+    if (bands().empty())
+        return input;
+    if (partner == nullptr || std::ranges::equal(bands(), partner->bands())) {
+        filters.clear();
+        for (const std::int32_t band : bands())
+            filters.add(channel.mainFilter(band));
+        filters.setPartner(partner != nullptr ? &partner->filters : nullptr);
+        filters.input = &input;
+        return filters;
+    }
+    // Sister filters that stand in chains of different bands find each other's input by pulling.
+    wave::Producer* signal = &input;
+    for (const std::int32_t band : bands()) {
+        EQFilter& filter = channel.mainFilter(band);
+        filter.input = signal;
+        signal = &filter;
+    }
+    return *signal;
 }
 
 void ZelkProcessor::BandChain::gatherResponses() noexcept REALTIME {

@@ -6,6 +6,7 @@
 #include "base/Realtime.h"
 #include "eq/Convolver.h"
 #include "eq/DiscreteFrequencyResponseSource.h"
+#include "eq/FilterChain.h"
 #include "eq/FrequencyResponseKernel.h"
 #include "eq/NaturalPhaseFrequencyResponseSource.h"
 #include "framework/zelk/EQParameterSet.h"
@@ -25,6 +26,8 @@ public:
     BandChain(ZelkProcessor& processor, ZelkChannel& ownChannel, bool isFirst);
     BandChain(const BandChain&) = delete;
     BandChain& operator=(const BandChain&) = delete;
+
+    void setPartner(BandChain& other) noexcept { partner = &other; } // of the other channel of a pair
 
     void clear() noexcept REALTIME { count = 0; }
     void add(std::int32_t band) noexcept REALTIME; // in ascending order
@@ -48,6 +51,7 @@ public:
 
 private:
     [[nodiscard]] bool sounds(std::int32_t band) const noexcept REALTIME; // works on this channel now
+    wave::Producer& connectFilters(wave::Producer& input) noexcept REALTIME;
     void gatherResponses() noexcept REALTIME;
     std::int32_t evaluationCost() const noexcept REALTIME; // of a bin, in the kernel's units of work
 
@@ -56,6 +60,8 @@ private:
     const bool first; // carries the auto gain of Linear Phase
     std::array<std::int32_t, bandCount> list{};
     std::size_t count = 0;
+    BandChain* partner = nullptr; // not owned; null on single channels
+    FilterChain filters;
     KernelGrid* grid = nullptr; // of the convolver; not owned
     NaturalPhaseFrequencyResponseSource naturalPhase;
     std::unique_ptr<FrequencyResponseKernel> kernel;

@@ -85,6 +85,10 @@ void ZelkProcessor::ZelkChannel::joinPair(ZelkChannel& left) {
     left.ownPair = std::make_unique<ChannelPair>(zelk.environment());
     pair = left.pair = left.ownPair.get();
     left.rightOfPair = this;
+    for (std::size_t chain = 0; chain < chains.size(); ++chain) {
+        chains[chain].setPartner(left.chains[chain]);
+        left.chains[chain].setPartner(chains[chain]);
+    }
     outputVolume.gain.connect(&left.levelPan->output(1));
     ZelkChannel* const both[] = {&left, this};
     for (std::size_t place = 0; place < 2; ++place) {
