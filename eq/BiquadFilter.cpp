@@ -82,19 +82,6 @@ void BiquadFilter::noteContinuity(std::int32_t count) noexcept REALTIME {
         processor.requestReset();
 }
 
-bool BiquadFilter::isWhole() const noexcept REALTIME {
-    return nextPosition == environment.position && nextPosition != environment.lastRestartPosition;
-}
-
-void BiquadFilter::noteSteadyBlock(std::int32_t count) noexcept REALTIME {
-    for (BiquadFilter* const each : {this, processor.isLinked() ? partnerFilter : nullptr}) {
-        if (each == nullptr)
-            continue;
-        each->nextPosition = environment.position + static_cast<std::uint64_t>(count);
-        each->processor.noteRun(count);
-    }
-}
-
 void BiquadFilter::upholdLink() noexcept REALTIME {
     if (partnerFilter == nullptr)
         return;

@@ -52,3 +52,16 @@ private:
     BiquadFilter* partnerFilter = nullptr; // not owned
     std::uint64_t nextPosition = 0;
 };
+
+inline bool BiquadFilter::isWhole() const noexcept REALTIME {
+    return nextPosition == environment.position && nextPosition != environment.lastRestartPosition;
+}
+
+inline void BiquadFilter::noteSteadyBlock(std::int32_t count) noexcept REALTIME {
+    nextPosition = environment.position + static_cast<std::uint64_t>(count);
+    processor.noteRun(count);
+    if (!processor.isLinked())
+        return;
+    partnerFilter->nextPosition = nextPosition;
+    partnerFilter->processor.noteRun(count);
+}

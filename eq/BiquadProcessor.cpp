@@ -251,15 +251,3 @@ void BiquadProcessor::blend(std::int32_t begin, std::int32_t count, double share
         }
     }
 }
-
-bool BiquadProcessor::isSteady() const noexcept REALTIME {
-    return isFullyOn() && pendingReset == PendingReset::none && inputGain == nullptr;
-}
-
-void BiquadProcessor::noteRun(std::int32_t count) noexcept REALTIME {
-    stamp = environment.position + static_cast<std::uint64_t>(count);
-}
-
-double* BiquadProcessor::memoryOf(std::size_t section) noexcept REALTIME {
-    return memory.data() + section * memoryLength;
-}

@@ -10,6 +10,7 @@
 #include "eq/CoefficientQueue.h"
 #include "wave/AlignedBuffer.h"
 #include "wave/BasicBlock.h"
+#include "wave/Environment.h"
 
 #include <array>
 #include <cstddef>
@@ -114,3 +115,15 @@ private:
     PendingReset pendingReset = PendingReset::hard;
     AlignedBuffer<double> memory; // 4 values a section
 };
+
+inline bool BiquadProcessor::isSteady() const noexcept REALTIME {
+    return isFullyOn() && pendingReset == PendingReset::none && inputGain == nullptr;
+}
+
+inline void BiquadProcessor::noteRun(std::int32_t count) noexcept REALTIME {
+    stamp = environment.position + static_cast<std::uint64_t>(count);
+}
+
+inline double* BiquadProcessor::memoryOf(std::size_t section) noexcept REALTIME {
+    return memory.data() + section * BiquadSection::memoryLength;
+}

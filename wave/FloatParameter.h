@@ -36,6 +36,9 @@ public:
     // The values of this cycle, once a cycle. Whoever may meet another reader uses a FloatParameterSource.
     const wave::BasicBlock<float>& read(std::int32_t count) noexcept REALTIME;
 
+    // The block of the next `count` samples stands already, all target: reading it again changes nothing.
+    bool isSettled(std::int32_t count) const noexcept REALTIME { return count <= filled; }
+
     float getTarget() const noexcept REALTIME { return target; }
     float getMinimum() const noexcept REALTIME { return minimum; }
     float getMaximum() const noexcept REALTIME { return maximum; }

@@ -19,7 +19,9 @@ public:
 
     // The block of this cycle: any number of readers.
     const wave::BasicBlock<float>& read(std::int32_t count) noexcept REALTIME {
-        return source == nullptr ? own.pull(count) : source->pull(count);
+        if (source != nullptr)
+            return source->pull(count);
+        return own.parameter.isSettled(count) ? own.parameter.read(count) : own.pull(count);
     }
 
     FloatParameter& parameter() noexcept REALTIME { return own.parameter; }
