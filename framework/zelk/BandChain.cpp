@@ -14,6 +14,7 @@ ZelkProcessor::BandChain::BandChain(ZelkProcessor& processor, ZelkChannel& ownCh
     , channel(ownChannel)
     , first(isFirst)
     , filters(processor.environment())
+    , magnitude(processor)
     , naturalPhase(processor.noGrid()) {
     naturalPhase.numerators.reserve(bandCount);
     naturalPhase.denominators.reserve(bandCount);
@@ -39,6 +40,7 @@ void ZelkProcessor::BandChain::renewConvolver(bool inUse) noexcept REALTIME {
         if (grid == nullptr)
             return;
         mapping = &grid->mapping;
+        magnitude.resize(grid->mode == ProcessingMode::linearPhase ? grid->bins() : 0);
         kernel = std::make_unique<FrequencyResponseKernel>(owner.environment(), *grid->configuration, *this);
         convolver = std::make_unique<Convolver>(owner.environment(), *kernel);
         convolver->setSchedule(wave::Producer::Schedule::middle); // also while solo mutes the main path
@@ -100,21 +102,25 @@ void ZelkProcessor::BandChain::markDirty() noexcept REALTIME {
     kernel->setDirty();
 }
 
-// What a cache holds is read in no time; in Natural Phase a bin costs a complex division for each section.
-std::int32_t ZelkProcessor::BandChain::evaluationCost() const noexcept REALTIME {
-    constexpr std::int32_t base = 60;
-    constexpr std::int32_t linearSection = 8;
-    constexpr std::int32_t naturalBand = 600;
-    constexpr std::int32_t cachedBand = 20;
+std::span<const std::int32_t> ZelkProcessor::BandChain::soundingBands() noexcept REALTIME {
+    std::size_t found = 0;
+    for (const std::int32_t band : bands())
+        if (sounds(band))
+            sounding[found++] = band;
+    return std::span(sounding).first(found);
+}
+
+// Measured. In Natural Phase a bin costs a complex division for each band, and a band's sections when it has changed.
+std::int32_t ZelkProcessor::BandChain::evaluationCost() noexcept REALTIME {
+    if (owner.isLinear())
+        return magnitude.cost(soundingBands());
+    constexpr std::int32_t base = 200;
+    constexpr std::int32_t cached = 55;
+    constexpr std::int32_t section = 350;
     std::int32_t cost = base;
-    for (const std::int32_t index : bands()) {
+    for (const std::int32_t index : soundingBands()) {
         const Band& band = owner.band(index);
-        if (!sounds(index))
-            continue;
-        const bool isCached = band.magnitudeResponse != nullptr ? band.magnitudeResponse->getValidCount() > 0
-                                                                : band.analogResponse->getValidCount() > 0;
-        const std::int32_t anew = band.magnitudeResponse != nullptr ? linearSection * band.sectionCount() : naturalBand;
-        cost += isCached ? cachedBand : anew;
+        cost += cached + (band.analogResponse->getValidCount() == 0 ? section * band.sectionCount() : 0);
     }
     return cost;
 }
@@ -142,19 +148,16 @@ void ZelkProcessor::BandChain::responses(std::int32_t start, std::span<std::comp
 }
 
 void ZelkProcessor::BandChain::squaredMagnitudes(std::int32_t start, std::span<float> out) noexcept REALTIME {
-    const float gain = first ? owner.kernelGain() : 1.0f;
-    std::fill(out.begin(), out.end(), gain * gain);
-    for (const std::int32_t index : bands()) {
-        if (!sounds(index))
-            continue;
-        Band& band = owner.band(index);
-        if (start == 0 && band.dynamics.isActive())
-            band.updateDesign(kernel->getCyclePosition());
-        const std::span<float> powers(grid->bandWork.data(), out.size());
-        band.magnitudeResponse->squaredMagnitudes(start, powers);
-        for (std::size_t i = 0; i < out.size(); ++i)
-            out[i] *= powers[i];
+    if (start == 0) {
+        const std::span<const std::int32_t> active = soundingBands();
+        for (const std::int32_t index : active)
+            if (owner.band(index).dynamics.isActive())
+                owner.band(index).updateDesign(kernel->getCyclePosition());
+        kernel->setEvaluationWeight(magnitude.cost(active)); // of the next, if nothing else happens
+        magnitude.begin(active);
     }
+    const float gain = first ? owner.kernelGain() : 1.0f;
+    magnitude.read(start, out, gain * gain);
 }
 
 std::complex<float> ZelkProcessor::BandChain::response(std::int32_t index) noexcept REALTIME {

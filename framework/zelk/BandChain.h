@@ -9,6 +9,7 @@
 #include "eq/FilterChain.h"
 #include "eq/FrequencyResponseKernel.h"
 #include "eq/NaturalPhaseFrequencyResponseSource.h"
+#include "framework/zelk/ChainMagnitude.h"
 #include "framework/zelk/EQParameterSet.h"
 #include "framework/zelk/ZelkProcessor.h"
 
@@ -53,16 +54,19 @@ private:
     [[nodiscard]] bool sounds(std::int32_t band) const noexcept REALTIME; // works on this channel now
     wave::Producer& connectFilters(wave::Producer& input) noexcept REALTIME;
     void gatherResponses() noexcept REALTIME;
-    std::int32_t evaluationCost() const noexcept REALTIME; // of a bin, in the kernel's units of work
+    std::span<const std::int32_t> soundingBands() noexcept REALTIME; // of the list
+    std::int32_t evaluationCost() noexcept REALTIME;                 // of a bin, in the kernel's units of work
 
     ZelkProcessor& owner;
     ZelkChannel& channel;
     const bool first; // carries the auto gain of Linear Phase
     std::array<std::int32_t, bandCount> list{};
     std::size_t count = 0;
+    std::array<std::int32_t, bandCount> sounding{};
     BandChain* partner = nullptr; // not owned; null on single channels
     FilterChain filters;
     KernelGrid* grid = nullptr; // of the convolver; not owned
+    ChainMagnitude magnitude;   // of Linear Phase
     NaturalPhaseFrequencyResponseSource naturalPhase;
     std::unique_ptr<FrequencyResponseKernel> kernel;
     std::unique_ptr<Convolver> convolver; // goes ahead of its kernel

@@ -89,6 +89,7 @@ void ZelkProcessor::Band::updateDesign(std::int32_t position) noexcept REALTIME 
     if (position != -1 && dynamics.isActive() && dynamicGain != nullptr)
         kernelOffset = (*dynamicGain)[static_cast<std::size_t>(dynamicGain->isConstant != 0 ? 0 : position)];
     design(parameters.gain.get() + kernelOffset, prototype);
+    ++version;
     updateCurve();
     if (analogResponse != nullptr)
         analogResponse->invalidate();

@@ -28,6 +28,7 @@ public:
     [[nodiscard]] bool isElliptic() const noexcept REALTIME;                 // its sections stay as they are
 
     std::int32_t sectionCount() const noexcept REALTIME { return prototype.sectionCount; } // of the present design
+    std::uint32_t designVersion() const noexcept REALTIME { return version; }              // another with each design
 
     void setDynamic(bool wanted) noexcept REALTIME; // the gain follows the compander, gliding over
     void createResponses();                         // those of the processing mode, for the present grid
@@ -59,6 +60,7 @@ private:
 
     ZelkProcessor& owner;
     AnalogFilterPrototype prototype;
+    std::uint32_t version = 0;                            // wraps
     AnalogFilterPrototype autoGainPrototype;              // of a dynamic band: at half its range
     const wave::BasicBlock<float>* dynamicGain = nullptr; // dB, of this cycle; in Linear Phase only
     float kernelOffset = 0.0f;                            // dB, of the dynamic gain in the newest kernel

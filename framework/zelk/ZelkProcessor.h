@@ -27,6 +27,7 @@ public:
     class Band;
     class BandChain;
     class BandDynamics;
+    class ChainMagnitude;
     class ChannelPair;
     class ZelkChannel;
 
