@@ -17,6 +17,11 @@ public:
     float squaredMagnitude(std::int32_t index) noexcept REALTIME override;
     void squaredMagnitudes(std::int32_t start, std::span<float> out) noexcept REALTIME override;
 
+    // The cache itself, made up to the end of the range; null when the range is not within the capacity.
+    const float* stored(std::int32_t start, std::size_t count) noexcept REALTIME {
+        return provide(start, count) ? values.data() + start : nullptr;
+    }
+
     std::int32_t getValidCount() const noexcept REALTIME { return validCount; }
     std::int32_t getCapacity() const noexcept REALTIME { return values.getCapacity(); }
 

@@ -141,7 +141,7 @@ void ZelkProcessor::BandChain::responses(std::int32_t start, std::span<std::comp
         naturalPhase.responses(start, out);
         return;
     }
-    const std::span<float> powers(grid->chainWork.data(), out.size());
+    const std::span<float> powers(grid->work.data(), out.size());
     squaredMagnitudes(start, powers);
     for (std::size_t i = 0; i < out.size(); ++i)
         out[i] = std::sqrt(powers[i]);

@@ -2,6 +2,7 @@
 
 #include "framework/zelk/KernelGrid.h"
 #include "framework/zelk/ZelkBand.h"
+#include "wave/BlockMath.h"
 
 #include <algorithm>
 #include <bit>
@@ -41,18 +42,20 @@ void ZelkProcessor::ChainMagnitude::read(std::int32_t start, std::span<float> ou
         multiply(present.standing, valid, fresh);
         valid = end;
     }
-    for (std::size_t i = 0; i < out.size(); ++i)
-        out[i] = product[start + static_cast<std::int32_t>(i)] * factor;
+    wave::mapBlock(
+        out.data(), static_cast<std::int32_t>(out.size()), [factor](float power) { return power * factor; },
+        product.data() + start);
     multiply(present.moving, start, out);
 }
 
 void ZelkProcessor::ChainMagnitude::multiply(Bands bands, std::int32_t start,
                                              std::span<float> inOut) noexcept REALTIME {
-    const std::span<float> powers(owner.kernelGrid()->bandWork.data(), inOut.size());
     for (; bands != 0; bands &= bands - 1) {
-        owner.band(std::countr_zero(bands)).magnitudeResponse->squaredMagnitudes(start, powers);
-        for (std::size_t i = 0; i < inOut.size(); ++i)
-            inOut[i] *= powers[i];
+        EQMagnitudeResponse& response = *owner.band(std::countr_zero(bands)).magnitudeResponse;
+        if (const float* const powers = response.stored(start, inOut.size()); powers != nullptr)
+            wave::updateBlock(
+                inOut.data(), static_cast<std::int32_t>(inOut.size()), [](float so, float power) { return so * power; },
+                powers);
     }
 }
 

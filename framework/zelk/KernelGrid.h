@@ -24,6 +24,5 @@ struct KernelGrid {
     std::unique_ptr<Convolver::Configuration> configuration;
     DiscreteFrequencyResponseSource::Mapping mapping; // Hz, from 0 to half the sample rate
     AlignedBuffer<float> frequencies;                 // the same in radians per sample
-    AlignedBuffer<float> chainWork;                   // room for a pass over the bins
-    AlignedBuffer<float> bandWork;
+    AlignedBuffer<float> work;                        // room for a pass over the bins
 };
