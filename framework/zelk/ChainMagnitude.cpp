@@ -61,9 +61,9 @@ void ZelkProcessor::ChainMagnitude::multiply(Bands bands, std::int32_t start,
 
 // Measured: what is evaluated anew costs by its sections, what lies in a cache by the way through memory.
 std::int32_t ZelkProcessor::ChainMagnitude::cost(std::span<const std::int32_t> bands) const noexcept REALTIME {
-    constexpr std::int32_t base = 40;
-    constexpr std::int32_t cached = 12;
-    constexpr std::int32_t section = 14;
+    constexpr std::int32_t base = 10;
+    constexpr std::int32_t cached = 5;
+    constexpr std::int32_t section = 10;
     const Plan next = plan(bands);
     std::int32_t sum = base;
     for (const std::int32_t index : bands) {
