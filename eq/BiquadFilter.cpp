@@ -59,10 +59,10 @@ void BiquadFilter::filter(const wave::BasicBlock<float>& inputBlock, wave::Basic
     }
 
     if (processor.isOff()) {
-        processor.requestReset();
+        processor.interrupt();
         finish(inputBlock);
         if (linked != nullptr) {
-            linked->processor.requestReset();
+            linked->processor.interrupt();
             linked->finish(*linkedInput);
         }
         return;
@@ -79,7 +79,7 @@ void BiquadFilter::filter(const wave::BasicBlock<float>& inputBlock, wave::Basic
 
 void BiquadFilter::noteContinuity(std::int32_t count) noexcept REALTIME {
     if (!environment.continues(nextPosition, count))
-        processor.requestReset();
+        processor.interrupt();
 }
 
 void BiquadFilter::upholdLink() noexcept REALTIME {
@@ -88,7 +88,8 @@ void BiquadFilter::upholdLink() noexcept REALTIME {
     if (processor.isLinked()) {
         if (enabled != partnerFilter->enabled)
             clearLink();
-    } else if (!partnerFilter->hasRun() && processor.isFullyOn() && partnerFilter->processor.isFullyOn()) {
+    } else if (!partnerFilter->hasRun() && processor.isFullyOn() && partnerFilter->processor.isFullyOn() &&
+               !processor.isFading() && !partnerFilter->processor.isFading()) {
         partnerFilter->setLink(true);
     }
 }

@@ -17,6 +17,10 @@ std::size_t mostRuns(const wave::Environment& environment, std::int32_t granular
     return static_cast<std::size_t>(environment.getMaxBlockSize() / granularity);
 }
 
+std::int32_t fadeLength(const wave::Environment& environment) noexcept {
+    return static_cast<std::int32_t>(fadeSeconds * environment.sampleRate);
+}
+
 } // namespace
 
 BiquadProcessor::BiquadProcessor(wave::Environment& owner, std::size_t sections, std::int32_t granularity)
@@ -29,7 +33,8 @@ BiquadProcessor::BiquadProcessor(wave::Environment& owner, std::size_t sections,
     , ownQueues(std::move(queues))
     , rows(&ownQueues->rows)
     , scales(&ownQueues->scales)
-    , memory(static_cast<std::int32_t>(sections * memoryLength)) {
+    , memory(static_cast<std::int32_t>(sections * memoryLength))
+    , fade(sections) {
     release_assert(sections > 0 && sections <= maxSections);
 }
 
@@ -37,7 +42,8 @@ BiquadProcessor::BiquadProcessor(wave::Environment& owner, std::size_t sections,
     : environment(owner)
     , rows(queueOwner.rows)
     , scales(queueOwner.scales)
-    , memory(static_cast<std::int32_t>(sections * memoryLength)) {
+    , memory(static_cast<std::int32_t>(sections * memoryLength))
+    , fade(sections) {
     release_assert(sections > 0 && sections * rowLength <= rows->getLongestRow());
 }
 
@@ -59,7 +65,7 @@ void BiquadProcessor::switchTo(bool wanted) noexcept REALTIME {
     enabled = wanted;
     mixTarget = wanted ? 1.0f : 0.0f;
     const bool unheard = environment.position == environment.lastResetPosition;
-    rampCount = unheard ? 0 : static_cast<std::int32_t>(fadeSeconds * environment.sampleRate);
+    rampCount = unheard ? 0 : fadeLength(environment);
     if (rampCount > 0)
         rampStep = (mixTarget - mix) / static_cast<float>(rampCount);
     else
@@ -95,8 +101,33 @@ void BiquadProcessor::requestReset() noexcept REALTIME {
         pendingReset = PendingReset::soft;
 }
 
+void BiquadProcessor::interrupt() noexcept REALTIME {
+    requestReset();
+    fade.drop();
+}
+
+void BiquadProcessor::replace(const double* rowsInUse, float scaleInUse) noexcept REALTIME {
+    bool heard = environment.position != environment.lastResetPosition && isHeard();
+    if (partner != nullptr)
+        heard = heard && partner->isHeard();
+    for (BiquadProcessor* const each : {this, partner}) {
+        if (each == nullptr)
+            continue;
+        // A reset that is pending in the middle of a sound: nothing has run, the scale was 0.
+        const float scale = each->pendingReset == PendingReset::none ? scaleInUse : 0.0f;
+        if (heard)
+            each->fade.begin({rowsInUse, each->memory.data(), each->sectionCount, each->form, scale},
+                             fadeLength(environment));
+        else
+            each->fade.drop();
+        each->requestReset();
+    }
+}
+
 void BiquadProcessor::reset() noexcept REALTIME {
     pendingReset = PendingReset::hard;
+    hasSounded = false;
+    fade.drop();
     rampCount = 0;
     mix = mixTarget;
 }
@@ -131,20 +162,24 @@ void BiquadProcessor::enqueue(std::int32_t count, const double* row, float scale
 }
 
 void BiquadProcessor::process(std::int32_t count) noexcept REALTIME {
-    if (isOff() || scales->holdsOnly(0.0f)) {
-        passThrough(count);
-        if (partner != nullptr)
-            partner->passThrough(count);
-    } else {
-        moveToOwnBlock();
-        fillMemory();
-        if (partner != nullptr) {
-            partner->moveToOwnBlock();
-            partner->fillMemory();
-        }
-        runSections();
-        mixWithDry();
+    const bool passes = isOff() || scales->holdsOnly(0.0f);
+    for (BiquadProcessor* const each : {this, partner}) {
+        if (each == nullptr)
+            continue;
+        each->hasSounded = true;
+        if (isOff())
+            each->fade.drop();
+        if (!passes || each->isFading())
+            each->moveToOwnBlock();
+        if (passes)
+            each->passThrough(count);
+        else
+            each->fillMemory();
     }
+    if (!passes)
+        runSections();
+    if (!passes || isFading())
+        mixChannels(count);
     samplePosition += count;
     if (partner != nullptr)
         partner->samplePosition += count;
@@ -208,46 +243,59 @@ void BiquadProcessor::runSections() noexcept REALTIME {
     kernel[partner != nullptr ? 1 : 0](pass);
 }
 
-void BiquadProcessor::mixWithDry() noexcept REALTIME {
-    if (isFullyOn() && scales->holdsOnly(1.0f))
+// The replaced cascades have scales of their own, the switch is one for all: so the scales come before the fade and the
+// switch behind it.
+void BiquadProcessor::mixChannels(std::int32_t count) noexcept REALTIME {
+    if (isFullyOn() && !isFading() && scales->holdsOnly(1.0f))
         return;
+    const bool fades = isFading();
     const std::span<const std::uint32_t> runs = scales->runLengths();
     std::int32_t begin = samplePosition;
     for (std::size_t r = 0; r < runs.size(); ++r) {
-        const double scale = static_cast<double>(*scales->row(r));
-        auto left = static_cast<std::int32_t>(runs[r]);
-        const std::int32_t ramped = std::min(left, rampCount);
-        if (ramped > 0) {
-            blend(begin, ramped, scale * static_cast<double>(mix), scale * static_cast<double>(rampStep));
-            rampCount -= ramped;
-            mix = rampCount > 0 ? mix + static_cast<float>(ramped) * rampStep : mixTarget;
-            begin += ramped;
-            left -= ramped;
-        }
-        blend(begin, left, scale * static_cast<double>(mix), 0.0);
-        begin += left;
+        const auto run = static_cast<std::int32_t>(runs[r]);
+        const auto scale = static_cast<double>(*scales->row(r));
+        if (fades)
+            blend(begin, run, scale, 0.0);
+        else
+            mixRun(begin, run, scale);
+        begin += run;
     }
+    if (!fades)
+        return;
+    fadeFromReplaced(count);
+    mixRun(samplePosition, count, 1.0);
+}
+
+void BiquadProcessor::mixRun(std::int32_t begin, std::int32_t count, double scale) noexcept REALTIME {
+    const std::int32_t ramped = std::min(count, rampCount);
+    if (ramped > 0) {
+        blend(begin, ramped, scale * static_cast<double>(mix), scale * static_cast<double>(rampStep));
+        rampCount -= ramped;
+        mix = rampCount > 0 ? mix + static_cast<float>(ramped) * rampStep : mixTarget;
+    }
+    blend(begin + ramped, count - ramped, scale * static_cast<double>(mix), 0.0);
     if (partner != nullptr) {
         partner->rampCount = rampCount;
         partner->mix = mix;
     }
 }
 
+void BiquadProcessor::fadeFromReplaced(std::int32_t count) noexcept REALTIME {
+    std::array<CascadeFade::Channel, 2> channels{};
+    std::size_t used = 0;
+    for (BiquadProcessor* const each : {this, partner})
+        if (each != nullptr) {
+            channels[used] = {&each->fade, each->dry().from(samplePosition), each->own->data() + samplePosition,
+                              environment.scratchBlocks[used].data()};
+            ++used;
+        }
+    fade.process({channels.data(), used}, count);
+}
+
 // Both channels of a pair, share rising by step with each sample.
 void BiquadProcessor::blend(std::int32_t begin, std::int32_t count, double share, double step) noexcept REALTIME {
-    if (count <= 0 || (share == 1.0 && step == 0.0))
-        return;
     for (const BiquadProcessor* const each :
-         {static_cast<const BiquadProcessor*>(this), static_cast<const BiquadProcessor*>(partner)}) {
-        if (each == nullptr)
-            continue;
-        const float* const in = each->input->data() + begin;
-        const float* const gain = each->inputGain != nullptr ? each->inputGain + begin : nullptr;
-        float* const out = each->own->data() + begin;
-        for (std::int32_t i = 0; i < count; ++i) {
-            const double dry = static_cast<double>(gain != nullptr ? in[i] * gain[i] : in[i]);
-            const double now = share + static_cast<double>(i) * step;
-            out[i] = static_cast<float>(dry + (static_cast<double>(out[i]) - dry) * now);
-        }
-    }
+         {static_cast<const BiquadProcessor*>(this), static_cast<const BiquadProcessor*>(partner)})
+        if (each != nullptr)
+            mixWithDry(each->dry().from(begin), each->own->data() + begin, count, share, step);
 }

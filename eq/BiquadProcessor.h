@@ -7,6 +7,7 @@
 #include "base/Realtime.h"
 #include "eq/BiquadKernels.h"
 #include "eq/BiquadSections.h"
+#include "eq/CascadeFade.h"
 #include "eq/CoefficientQueue.h"
 #include "wave/AlignedBuffer.h"
 #include "wave/BasicBlock.h"
@@ -44,7 +45,13 @@ public:
     void link(BiquadProcessor* other) noexcept REALTIME;
 
     void requestReset() noexcept REALTIME; // soft, unless one is pending
-    void reset() noexcept REALTIME;        // hard, and the fade ends
+    void interrupt() noexcept REALTIME;    // the stream has a gap: a soft reset, and what was replaced is gone
+    void reset() noexcept REALTIME;        // hard, and the fades end
+
+    // Before rows of another design: a soft reset, and the cascade as it is now, its rows and their scale given, goes
+    // on beside the new one for a fade of 20 ms. A jump if none of it has been heard since the last reset. Goes to the
+    // linked partner too.
+    void replace(const double* rowsInUse, float scaleInUse) noexcept REALTIME;
 
     // At most 8 sections or what was asked for at construction; before the rows of a block are queued.
     void setSectionCount(std::size_t wanted) noexcept REALTIME;
@@ -64,6 +71,7 @@ public:
     const wave::BasicBlock<float>& getResult() const noexcept REALTIME { return *result; } // the own block or the input
     bool isOff() const noexcept REALTIME { return mix == 0.0f && rampCount == 0; }
     bool isFullyOn() const noexcept REALTIME { return mix == 1.0f && rampCount == 0; }
+    bool isFading() const noexcept REALTIME { return fade.isRunning(); } // what was replaced is still heard
     bool isLinked() const noexcept REALTIME { return partner != nullptr; }
     SectionForm getForm() const noexcept REALTIME { return form; }
     std::size_t getSectionCount() const noexcept REALTIME { return sectionCount; }
@@ -86,12 +94,16 @@ private:
 
     void switchTo(bool wanted) noexcept REALTIME;
     void changeForm(SectionForm wanted, const double* rowsInUse) noexcept REALTIME;
+    bool isHeard() const noexcept REALTIME { return hasSounded && mix != 0.0f; }
     void passThrough(std::int32_t count) noexcept REALTIME;
     void moveToOwnBlock() noexcept REALTIME;
     void fillMemory() noexcept REALTIME;
     void runSections() noexcept REALTIME;
-    void mixWithDry() noexcept REALTIME;
+    void mixChannels(std::int32_t count) noexcept REALTIME;
+    void mixRun(std::int32_t begin, std::int32_t count, double scale) noexcept REALTIME;
+    void fadeFromReplaced(std::int32_t count) noexcept REALTIME;
     void blend(std::int32_t begin, std::int32_t count, double share, double step) noexcept REALTIME;
+    DrySignal dry() const noexcept REALTIME { return {input->data(), inputGain}; }
 
     std::unique_ptr<Queues> ownQueues; // null: those of another
     RowQueue* rows;
@@ -112,12 +124,14 @@ private:
     const wave::BasicBlock<float>* result = nullptr;
     std::int32_t samplePosition = 0; // in the block, where the next process() begins
 
+    bool hasSounded = false; // since the last hard reset, be it as the dry signal
     PendingReset pendingReset = PendingReset::hard;
     AlignedBuffer<double> memory; // 4 values a section
+    CascadeFade fade;
 };
 
 inline bool BiquadProcessor::isSteady() const noexcept REALTIME {
-    return isFullyOn() && pendingReset == PendingReset::none && inputGain == nullptr;
+    return isFullyOn() && !isFading() && pendingReset == PendingReset::none && inputGain == nullptr;
 }
 
 inline void BiquadProcessor::noteRun(std::int32_t count) noexcept REALTIME {

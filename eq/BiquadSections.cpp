@@ -1,5 +1,6 @@
 #include "eq/BiquadSections.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -82,6 +83,22 @@ void convertSectionMemory(SectionForm oldForm, const double* row, double* memory
         s2 = (space.a11 * rest2 - space.b1 * rest1) / determinant;
         memory[2 + past] = space.c1 * s1 + space.c2 * s2 + space.through * x;
     }
+}
+
+void convertSectionRow(SectionForm oldForm, double* row) noexcept REALTIME {
+    if (oldForm == SectionForm::direct) {
+        const StateVariableRow to = fromDirect(row);
+        const double values[] = {to.g, to.damping, to.m0, to.m1, to.m2};
+        std::copy_n(values, sectionLength, row);
+        return;
+    }
+    const double g = row[0], damping = row[1], m0 = row[2], m1 = row[3], m2 = row[4];
+    const double d = 1.0 / (damping * g + 1.0);
+    row[0] = (g * g * m0 + g * m1 + m2) * d;
+    row[1] = 2.0 * (g * g * m0 - m2) * d;
+    row[2] = (g * g * m0 - g * m1 + m2) * d;
+    row[3] = 2.0 * (g * g - 1.0) * d;
+    row[4] = (g * g - (damping - g) * g + 1.0) * d;
 }
 
 std::complex<double> cascadeResponse(const double* rows, std::size_t sectionCount, double w) noexcept REALTIME {

@@ -90,22 +90,32 @@ void EQFilter::propertyChanged(AbstractProperty& property) {
             slope == FilterSlope::brickwall && (shape == FilterShape::lowPass || shape == FilterShape::highPass);
         processor.resetMode =
             brickwall ? BiquadProcessor::ResetMode::resetClear : BiquadProcessor::ResetMode::resetFollowInput;
-        processor.requestReset();
+        const EQFilter& inUse = filterInUse();
+        processor.replace(inUse.currentRow.data(), inUse.mixScale);
     }
     if (&property != &coefficientCalculation)
         updateForm();
 }
 
+// Of a linked pair only one calculates: its row is that of both channels.
+EQFilter& EQFilter::filterInUse() noexcept REALTIME {
+    if (!processor.isLinked() || getPartner() == nullptr)
+        return *this;
+    auto& partner = static_cast<EQFilter&>(*getPartner());
+    return partner.calculated > calculated ? partner : *this;
+}
+
+// The row goes over to the new form with the memory: more changes may come before it is designed anew.
 void EQFilter::updateForm() noexcept REALTIME {
-    // Of a linked pair only one calculates: its row is that of both channels.
-    const EQFilter* inUse = this;
-    if (processor.isLinked() && getPartner() != nullptr) {
-        const auto* const partner = static_cast<const EQFilter*>(getPartner());
-        if (partner->calculated > calculated)
-            inUse = partner;
-    }
     const bool moves = gainModulated && AnalogFilterPrototype::hasGain(shape);
-    processor.setForm(moves ? SectionForm::stateVariable : SectionForm::direct, inUse->currentRow.data());
+    const SectionForm wanted = moves ? SectionForm::stateVariable : SectionForm::direct;
+    if (wanted == processor.getForm())
+        return;
+    EQFilter& inUse = filterInUse();
+    processor.setForm(wanted, inUse.currentRow.data());
+    const SectionForm old = wanted == SectionForm::direct ? SectionForm::stateVariable : SectionForm::direct;
+    for (std::size_t s = 0; s < inUse.sectionCount; ++s)
+        convertSectionRow(old, inUse.currentRow.data() + s * sectionLength);
 }
 
 void EQFilter::calculateCoefficients(std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {
@@ -137,7 +147,7 @@ EQFilter::Steadiness EQFilter::prepareSteady(std::int32_t count, bool paired) no
     const auto* const sister = static_cast<const EQFilter*>(getPartner());
     const bool whole = processor.isLinked() == paired && processor.getForm() == SectionForm::direct && isWhole() &&
                        processor.isFullyOn() && (!paired || (sister->isWhole() && sister->processor.isFullyOn()));
-    const bool rests = mixScale == 0.0f;
+    const bool rests = mixScale == 0.0f && !processor.isFading();
     if (!whole || (!rests && !(processor.isSteady() && mixScale == 1.0f && (!paired || sister->processor.isSteady()))))
         return Steadiness::moves;
     const wave::BasicBlock<float>& frequencies = frequency.read(count);

@@ -75,6 +75,7 @@ private:
     void designAt(float gainDb, Row& row) noexcept REALTIME;
     bool bracket(float gainDb) noexcept REALTIME;
     void interpolateRow(float gainDb) noexcept REALTIME;
+    EQFilter& filterInUse() noexcept REALTIME;
     void updateForm() noexcept REALTIME;
 
     AnalogFilterPrototype prototype;

@@ -81,22 +81,117 @@ TEST(EQFilterSound, SwitchingAndGlidingDoNotClick) {
         }
 }
 
-// A new shape or slope starts as if its input and output had always been what the input is now: what is heard is the
-// step from the old output to the input and nothing beyond it.
-TEST(EQFilterSound, ANewShapeOrSlopeStepsNoFurtherThanToItsInput) {
-    const Change changes[] = {
-        [](EQFilter& f) { f.slope = FilterSlope::db24; }, [](EQFilter& f) { f.slope = FilterSlope::db96; },
-        [](EQFilter& f) { f.shape = FilterShape::lowShelf; }, [](EQFilter& f) { f.shape = FilterShape::notch; },
-        [](EQFilter& f) { f.shape = FilterShape::lowPass; }};
-    for (const Change& change : changes)
-        for (const double hz : {100.0, 1000.0}) {
+struct Shaped {
+    FilterShape shape;
+    FilterSlope slope;
+    bool moving = false;
+    float gain = 12.0f;
+
+    void operator()(EQFilter& filter) const {
+        filter.gainModulated = moving;
+        filter.shape = shape;
+        filter.slope = slope;
+        filter.gain.parameter().setValue(gain, 0.0f);
+    }
+};
+
+std::ostream& operator<<(std::ostream& stream, const Shaped& shaped) {
+    return stream << "shape " << static_cast<int>(shaped.shape) << ", slope " << static_cast<int>(shaped.slope)
+                  << (shaped.moving ? ", moving, " : ", ") << shaped.gain << " dB";
+}
+
+// How far the sound behind SineRig::when stands out of what is steady before and after, by its second difference.
+float multipleOfSteady(const SineRig& rig, std::span<const float> out) {
+    return largestSecondDifference(out.subspan(12000)) /
+           std::max({largestSecondDifference(out.subspan(12000, 12000)), largestSecondDifference(out.last(6000)),
+                     largestSecondDifference(std::span<const float>(rig.in).first(12000))});
+}
+
+TEST(EQFilterSound, ANewShapeOrSlopeDoesNotClick) {
+    using enum FilterShape;
+    using enum FilterSlope;
+    constexpr float allowed = 1.6f; // 40 to 980 without the fade
+    const Shaped twelve{bell, db12};
+    const std::pair<Shaped, Shaped> cases[] = {
+        {twelve, {bell, db24}},
+        {twelve, {bell, db96}},
+        {{bell, db96}, twelve},
+        {twelve, {lowShelf, db12}},
+        {twelve, {lowPass, db12}},
+        {twelve, {lowPass, brickwall}},
+        {{highPass, brickwall}, twelve},
+        {{bell, db12, true}, {notch, db12, true}}, // out of the state-variable form, and into it
+        {{notch, db12, true}, {bell, db12, true}},
+        {{bell, db12, true}, {bell, db96, true}},
+        {twelve, {lowShelf, db48, true}},
+        {{bell, db12, false, 0.03f}, {notch, db12, false, 0.03f}}, // where the scale is not 1
+        {{bell, db12, false, 0.0f}, {notch, db12, false, 0.0f}},
+        {{notch, db12, false, 0.0f}, {bell, db12, false, 0.0f}},
+    };
+    for (const auto& [before, after] : cases)
+        for (const double hz : {100.0, 1000.0, 5000.0}) {
             SineRig rig(hz);
-            const Sound out = rig.listen(change);
-            constexpr std::size_t when = SineRig::when;
-            const float step = std::fabs(out[when - 1] - rig.in[when - 1]);
-            const float largestStep = std::fabs(rig.in[when] - rig.in[when - 1]) * 2.0f * boost + step * 1.5f;
-            for (std::size_t i = when; i < when + 8; ++i)
-                ASSERT_LT(std::fabs(out[i] - out[i - 1]), largestStep) << hz << " Hz, " << i - when;
+            rig.set(before);
+            EXPECT_LT(multipleOfSteady(rig, rig.listen([&](EQFilter& f) {
+                          f.gainModulated = after.moving;
+                          f.shape = after.shape;
+                          f.slope = after.slope;
+                      })),
+                      allowed)
+                << before << " to " << after << " at " << hz << " Hz";
+        }
+}
+
+// Changes that come while the one before still fades, and the switch between them; the sound is that of the blocks of
+// any size, and of a channel alone.
+TEST(EQFilterSound, ChangesThatFollowOneAnotherDoNotClickEither) {
+    using enum FilterShape;
+    const FilterShape shapes[] = {notch, lowShelf, bandPass, highShelf, lowPass, bell, highPass, bell};
+    for (const std::size_t apart : {48u, 144u, 480u, 912u, 960u})
+        for (const bool switches : {false, true}) {
+            const auto listen = [&](SineRig& rig, std::size_t block, bool alone) {
+                if (alone)
+                    rig.sister.setPartner(nullptr);
+                rig.set(Shaped{bell, FilterSlope::db24});
+                Sound out;
+                std::size_t made = 0;
+                while (out.size() < rig.in.size()) {
+                    std::size_t count = std::min(block, rig.in.size() - out.size());
+                    const std::size_t next = SineRig::when + made * apart;
+                    if (out.size() == next && made < std::size(shapes)) {
+                        rig.set([&](EQFilter& f) {
+                            f.shape = shapes[made];
+                            if (switches && made % 3 == 1)
+                                f.enabled = made % 2 == 0;
+                        });
+                        ++made;
+                        continue;
+                    }
+                    if (next > out.size())
+                        count = std::min(count, next - out.size());
+                    for (wave::Input& input : rig.inputs)
+                        input.setSamples({rig.in.data() + out.size(), count});
+                    wave::Filter* const pair[] = {&rig.filter, &rig.sister};
+                    rig.cycle(pair, static_cast<std::int32_t>(count));
+                    const float* const left = rig.filter.getOutput()->data();
+                    if (!alone) {
+                        EXPECT_TRUE(std::equal(left, left + count, rig.sister.getOutput()->data()));
+                    }
+                    out.insert(out.end(), left, left + count);
+                }
+                return out;
+            };
+            for (const double hz : {100.0, 1000.0}) {
+                SineRig rig(hz), cut(hz), alone(hz);
+                const Sound out = listen(rig, 256, false);
+                // Of the sine as the low shelf boosts it. The switch has a straight fade.
+                const float steady = boost * largestSecondDifference(rig.in);
+                EXPECT_LT(largestSecondDifference(std::span<const float>(out).subspan(12000)),
+                          (switches ? 3.0f : 1.1f) * steady)
+                    << apart << " samples apart at " << hz << " Hz";
+                EXPECT_LT(largestDifference(out, listen(cut, 37, false)), 1e-5f);
+                EXPECT_LT(largestDifference(out, listen(alone, 256, true)), 1e-5f);
+            }
         }
 }
 

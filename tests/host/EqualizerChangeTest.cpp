@@ -55,6 +55,8 @@ TEST(EqualizerChange, NothingClicksWhenBandsComeAndGo) {
     for (const Change& change :
          {Change{"Band 1 Used", "Used", "Unused"}, Change{"Band 1 Used", "Unused", "Used"},
           Change{"Band 1 Enabled", "Enabled", "Disabled"}, Change{"Band 1 Enabled", "Disabled", "Enabled"},
+          Change{"Band 1 Shape", "Bell", "High Cut"}, Change{"Band 1 Shape", "Notch", "Low Shelf"},
+          Change{"Band 1 Slope", "12 dB/oct", "96 dB/oct"}, Change{"Band 2 Slope", "96 dB/oct", "6 dB/oct"},
           Change{"Bypass", "Not Bypassed", "Bypassed"}, Change{"Bypass", "Bypassed", "Not Bypassed"},
           Change{"Band 1 Solo", "Disabled", "Enabled"}, Change{"Band 1 Solo", "Enabled", "Disabled"},
           Change{"Band 1 Gain", "12 dB", "-12 dB"}, Change{"Band 1 Frequency", "400 Hz", "5 kHz"},
