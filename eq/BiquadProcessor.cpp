@@ -107,9 +107,8 @@ void BiquadProcessor::interrupt() noexcept REALTIME {
 }
 
 void BiquadProcessor::replace(const double* rowsInUse, float scaleInUse) noexcept REALTIME {
-    bool heard = environment.position != environment.lastResetPosition && isHeard();
-    if (partner != nullptr)
-        heard = heard && partner->isHeard();
+    const bool heard = environment.position != environment.lastResetPosition && isHeard() &&
+                       (partner == nullptr || partner->isHeard());
     for (BiquadProcessor* const each : {this, partner}) {
         if (each == nullptr)
             continue;

@@ -85,8 +85,8 @@ void convertSectionMemory(SectionForm oldForm, const double* row, double* memory
     }
 }
 
-void convertSectionRow(SectionForm oldForm, double* row) noexcept REALTIME {
-    if (oldForm == SectionForm::direct) {
+void convertSectionRow(SectionForm newForm, double* row) noexcept REALTIME {
+    if (newForm == SectionForm::stateVariable) {
         const StateVariableRow to = fromDirect(row);
         const double values[] = {to.g, to.damping, to.m0, to.m1, to.m2};
         std::copy_n(values, sectionLength, row);

@@ -13,8 +13,8 @@
 // section in its old form.
 void convertSectionMemory(SectionForm oldForm, const double* row, double* memory) noexcept REALTIME;
 
-// The row itself, in place.
-void convertSectionRow(SectionForm oldForm, double* row) noexcept REALTIME;
+// The row itself, in place, from the other form.
+void convertSectionRow(SectionForm newForm, double* row) noexcept REALTIME;
 
 // Of direct rows, one behind the other, at w radians per sample. A section with a pole just there is left out.
 std::complex<double> cascadeResponse(const double* rows, std::size_t sectionCount, double w) noexcept REALTIME;

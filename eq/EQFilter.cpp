@@ -1,7 +1,6 @@
 #include "eq/EQFilter.h"
 
 #include "base/FloatTolerance.h"
-#include "eq/BandDesign.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,26 +29,12 @@ void lendPoles(const double* section, double* flat) noexcept {
 } // namespace
 
 EQFilter::EQFilter(wave::Environment& owner, std::size_t sections, std::int32_t granularity)
-    : BiquadFilter(owner, sections, granularity)
-    , coefficientCalculation(this, CoefficientCalculation::magnitudeMatch)
-    , frequency(owner, 10.0f, 0.0f, 15.0f)
-    , gain(owner, 0.0f, -maxGainDb, maxGainDb)
-    , gainModulated(this, false)
-    , q(owner, 1.0f, 0.025f, 40.0f)
-    , shape(this, FilterShape::bell)
-    , slope(this, FilterSlope::db12) {
+    : BiquadFilter(owner, sections, granularity) {
     initialise();
 }
 
 EQFilter::EQFilter(wave::Environment& owner, std::size_t sections, EQFilter& queueOwner)
-    : BiquadFilter(owner, sections, queueOwner)
-    , coefficientCalculation(this, CoefficientCalculation::magnitudeMatch)
-    , frequency(owner, 10.0f, 0.0f, 15.0f)
-    , gain(owner, 0.0f, -maxGainDb, maxGainDb)
-    , gainModulated(this, false)
-    , q(owner, 1.0f, 0.025f, 40.0f)
-    , shape(this, FilterShape::bell)
-    , slope(this, FilterSlope::db12) {
+    : BiquadFilter(owner, sections, queueOwner) {
     initialise();
 }
 
@@ -113,9 +98,8 @@ void EQFilter::updateForm() noexcept REALTIME {
         return;
     EQFilter& inUse = filterInUse();
     processor.setForm(wanted, inUse.currentRow.data());
-    const SectionForm old = wanted == SectionForm::direct ? SectionForm::stateVariable : SectionForm::direct;
     for (std::size_t s = 0; s < inUse.sectionCount; ++s)
-        convertSectionRow(old, inUse.currentRow.data() + s * sectionLength);
+        convertSectionRow(wanted, inUse.currentRow.data() + s * sectionLength);
 }
 
 void EQFilter::calculateCoefficients(std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {

@@ -5,6 +5,7 @@
 
 #include "base/Property.h"
 #include "eq/AnalogFilterPrototype.h"
+#include "eq/BandDesign.h"
 #include "eq/BiquadFilter.h"
 #include "eq/SectionCoefficients.h"
 #include "wave/FloatParameterBus.h"
@@ -22,13 +23,13 @@ public:
     EQFilter(wave::Environment& owner, std::size_t sections, std::int32_t granularity);
     EQFilter(wave::Environment& owner, std::size_t sections, EQFilter& queueOwner); // see BiquadProcessor
 
-    Property<CoefficientCalculation> coefficientCalculation;
-    FloatParameterBus frequency;  // log2 of Hz, 0 to 15
-    FloatParameterBus gain;       // dB, within 30
-    Property<bool> gainModulated; // the gain may move inside a block
-    FloatParameterBus q;          // plain Q, 0.025 to 40
-    Property<FilterShape> shape;
-    Property<FilterSlope> slope;
+    Property<CoefficientCalculation> coefficientCalculation{this, CoefficientCalculation::magnitudeMatch};
+    FloatParameterBus frequency{environment, 10.0f, 0.0f, 15.0f};     // log2 of Hz
+    FloatParameterBus gain{environment, 0.0f, -maxGainDb, maxGainDb}; // dB
+    Property<bool> gainModulated{this, false};                        // the gain may move inside a block
+    FloatParameterBus q{environment, 1.0f, 0.025f, 40.0f};            // plain Q
+    Property<FilterShape> shape{this, FilterShape::bell};
+    Property<FilterSlope> slope{this, FilterSlope::db12};
 
     void reset() noexcept REALTIME override;
     void calculateCoefficients(std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME override;

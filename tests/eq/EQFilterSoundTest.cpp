@@ -204,7 +204,7 @@ TEST(EQFilterSound, FullSweepsOfTheSettingsStayNearTheSineTheyBoost) {
     const Case cases[] = {
         {"frequency, 1 Hz to 32 kHz", [](EQFilter& f, float s) { f.frequency.assign(7.5f + 7.5f * s); }, 1.6f, 1.7f},
         {"gain, -30 to 30 dB", [](EQFilter& f, float s) { f.gain.assign(30.0f * s); }, 1.1f, 1.1f},
-        // The state-variable form takes each new Q, one every 32 samples, as a step of its band-pass share.
+        // The state-variable form takes each new Q as a step of its band-pass share; docs/filters.md says why.
         {"Q, 0.025 to 40", [](EQFilter& f, float s) { f.q.assign(std::pow(40.0f, s)); }, 1.2f, 11.0f},
     };
     for (const Case& each : cases)
