@@ -1,6 +1,7 @@
 #include "framework/BypassProcessor.h"
 
 #include "base/FloatTolerance.h"
+#include "wave/BlockMath.h"
 
 #include <algorithm>
 #include <cmath>
@@ -54,8 +55,12 @@ void GenericPluginProcessor::BypassProcessor::process(const Buffers& buffers, st
 
     const bool fullyBypassed = !waiting && mix.isConstant != 0 && nearlyEqual(mix.data()[0], 1.0f);
     const bool runs = !fullyBypassed && maySound(flags);
+    bool broken = false;
     if (runs) {
         owner.runGraph(wet, samples);
+        broken = !isFinite(samples);
+        if (broken)
+            std::fill(wet.begin(), wet.end(), owner.environment().zeroBlock.data());
         if (tailSamples > 0) {
             tailSamples = std::max(tailSamples - samples, 0);
             if (tailSamples == 0 && !owner.environment().allAtRest())
@@ -68,6 +73,8 @@ void GenericPluginProcessor::BypassProcessor::process(const Buffers& buffers, st
     }
     graphSkipped = !runs;
     owner.environment().runCycle(samples, graphSkipped);
+    if (broken)
+        owner.environment().resetAll();
     writeOutputs(buffers, position, count, mix, fullyBypassed);
 
     if (fullyBypassed && !delays.empty() && (flags & outputSilent) != 0 && !isSilent(buffers, position, count))
@@ -86,6 +93,11 @@ void GenericPluginProcessor::BypassProcessor::advanceWait(std::size_t count) noe
     } else if (waiting) {
         waitSamples -= static_cast<std::int32_t>(count);
     }
+}
+
+bool GenericPluginProcessor::BypassProcessor::isFinite(std::int32_t count) const noexcept REALTIME {
+    return std::all_of(wet.begin(), wet.end(),
+                       [count](const float* samples) { return wave::allFinite(samples, count); });
 }
 
 std::size_t GenericPluginProcessor::BypassProcessor::longestPiece() const noexcept REALTIME {
@@ -112,7 +124,9 @@ const float* GenericPluginProcessor::BypassProcessor::dryOf(std::size_t channel,
                                                             std::size_t count) noexcept REALTIME {
     if (delays.empty())
         return input;
-    delays[channel]->read(delayLength, out, static_cast<std::int32_t>(count));
+    const auto samples = static_cast<std::int32_t>(count);
+    delays[channel]->read(delayLength, out, samples);
+    wave::copySound(out, samples, out); // what the host sent long ago must not be heard behind its end
     return out;
 }
 

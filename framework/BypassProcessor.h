@@ -23,7 +23,9 @@ public:
     std::size_t longestPiece() const noexcept REALTIME;
 
     // One piece of at most the maximal block. inputs and outputs are those of the whole span, position is where the
-    // piece starts in them. Clears the flag outputSilent when the piece may sound.
+    // piece starts in them. Clears the flag outputSilent when the piece may sound. Where gains in a row have
+    // overflowed, the wet signal of the piece is silence and the graph begins anew: what broke would live on in its
+    // memory.
     void process(const Buffers& buffers, std::size_t position, std::size_t count,
                  std::uint32_t& flags) noexcept REALTIME;
 
@@ -41,6 +43,7 @@ private:
     const float* inputOf(std::size_t channel, const Buffers& buffers, std::size_t position) const noexcept REALTIME;
     // Where the dry signal of the piece stands: the input, or out, into which the delay was read.
     const float* dryOf(std::size_t channel, const float* input, float* out, std::size_t count) noexcept REALTIME;
+    [[nodiscard]] bool isFinite(std::int32_t count) const noexcept REALTIME; // the wet signal
     static bool isSilent(const Buffers& buffers, std::size_t position, std::size_t count) noexcept REALTIME;
     float wantedFade() const noexcept REALTIME { return bypassed ? 1.0f : 0.0f; }
 

@@ -1,5 +1,7 @@
 #include "wave/Input.h"
 
+#include "wave/BlockMath.h"
+
 #include <algorithm>
 
 namespace wave {
@@ -15,7 +17,7 @@ void Input::process(BasicBlock<float>& block, std::int32_t count, std::uint32_t)
         return;
     }
     const std::int32_t copied = std::min(count, remaining);
-    std::copy_n(next, copied, block.data());
+    copySound(next, copied, block.data());
     std::fill(block.data() + copied, block.data() + count, 0.0f);
     block.isConstant = 0;
     next += copied;

@@ -9,7 +9,8 @@
 
 namespace wave {
 
-// Copies from outside, block after block. Silence when the samples have run out.
+// Copies from outside, block after block. Silence when the samples have run out. This is the door: a not-a-number or an
+// infinity would stay in the memory of filters and followers for ever, so here it becomes 0.
 class Input : public Producer {
 public:
     using Producer::Producer;
