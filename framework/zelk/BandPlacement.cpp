@@ -22,8 +22,8 @@ Chain wantedChain(StereoPlacement placement) noexcept {
 
 } // namespace
 
-void ChainDemand::add(const EQParameterSet& band) noexcept REALTIME {
-    const Chain wanted = wantedChain(band.stereoPlacement.get());
+void ChainDemand::add(StereoPlacement placement) noexcept REALTIME {
+    const Chain wanted = wantedChain(placement);
     onLeftRight += wanted == Chain::leftRight ? 1 : 0;
     onMidSide += wanted == Chain::midSide ? 1 : 0;
 }
@@ -48,8 +48,8 @@ bool bandOnChannel(const EQParameterSet& band, chl::SpeakerCode channel) noexcep
     return (channel & (onLeft ? chl::leftBit : chl::rightBit)) != 0;
 }
 
-bool bandInMidSideChain(const EQParameterSet& band, const ChainLayout& chains) noexcept REALTIME {
-    const Chain wanted = wantedChain(band.stereoPlacement.get());
+bool inMidSideChain(StereoPlacement placement, const ChainLayout& chains) noexcept REALTIME {
+    const Chain wanted = wantedChain(placement);
     return wanted == Chain::midSide || (wanted == Chain::either && !chains.leftRight);
 }
 
@@ -57,7 +57,7 @@ ChainLayout chainLayout(const EQParameterSetArray& bands) noexcept REALTIME {
     ChainDemand demand;
     for (std::int32_t index = 0; index < bandCount; ++index) {
         if (bands.set(index).used.get())
-            demand.add(bands.set(index));
+            demand.add(bands.set(index).stereoPlacement.get());
     }
     return demand.layout();
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/Realtime.h"
+#include "eq/ProcessingTypes.h"
 #include "framework/chl/Layouts.h"
 
 #include <cstddef>
@@ -24,7 +25,7 @@ struct ChainLayout {
 // How many bands ask for a chain by their placement.
 class ChainDemand {
 public:
-    void add(const EQParameterSet& band) noexcept REALTIME;
+    void add(StereoPlacement placement) noexcept REALTIME;
     ChainLayout layout() const noexcept REALTIME; // stereo bands join where the others are, left and right first
 
 private:
@@ -40,7 +41,7 @@ private:
 [[nodiscard]] bool bandOnChannel(const EQParameterSet& band, chl::SpeakerCode channel) noexcept REALTIME;
 
 // Mid and side bands run in the chain between the converters, and stereo bands too when there is no other.
-[[nodiscard]] bool bandInMidSideChain(const EQParameterSet& band, const ChainLayout& chains) noexcept REALTIME;
+[[nodiscard]] bool inMidSideChain(StereoPlacement placement, const ChainLayout& chains) noexcept REALTIME;
 
 // Of all used bands. Bands that still fade out are known to the graph alone.
 ChainLayout chainLayout(const EQParameterSetArray& bands) noexcept REALTIME;

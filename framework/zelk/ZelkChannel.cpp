@@ -179,7 +179,7 @@ void ZelkProcessor::ZelkChannel::gatherBands() noexcept REALTIME {
         const bool fading = !linear && !filter.enabled && !filter.getProcessor().isOff();
         fadingBand = fadingBand || fading;
         if (filter.enabled || fading)
-            chains[bandInMidSideChain(zelk.bands.set(band), layout) && layout.leftRight ? 1 : 0].add(band);
+            chains[zelk.inMidSideChain(band) && layout.leftRight ? 1 : 0].add(band);
     }
 }
 
@@ -226,7 +226,7 @@ void ZelkProcessor::ZelkChannel::connectDetector(std::int32_t band) noexcept REA
         dynamics.detector.weight(index).assign(1.0f);
         return;
     }
-    const bool encoded = pair != nullptr && bandInMidSideChain(parameters, zelk.chainLayout());
+    const bool encoded = pair != nullptr && zelk.inMidSideChain(band);
     EQFilter& filter = sideChainFilter(band);
     filter.input = encoded ? static_cast<wave::Producer*>(&pair->sideEncoder.output(side())) : &mainInput;
     dynamics.detector.setSource(index, &filter);
@@ -278,8 +278,8 @@ void ZelkProcessor::ZelkChannel::soloChanged() noexcept REALTIME {
 
 // Also while no band is soloed: the path still fades out, and what it read may just have been replaced.
 void ZelkProcessor::ZelkChannel::wireSolo() noexcept REALTIME {
-    if (const EQParameterSet* const band = soloedBand(); band != nullptr)
-        soloEncoded = pair != nullptr && bandInMidSideChain(*band, zelk.chainLayout());
+    if (zelk.soloBand() >= 0)
+        soloEncoded = pair != nullptr && zelk.inMidSideChain(zelk.soloBand());
     if (soloEncoded)
         solo.setInput(&(pair->delayedEncoder != nullptr ? *pair->delayedEncoder : pair->sideEncoder).output(side()));
     else

@@ -40,7 +40,7 @@ void ZelkProcessor::updateDelays() noexcept REALTIME {
     for (std::int32_t index = 0; index < bandCount; ++index) {
         BandDynamics::Delays delays;
         if (linear) {
-            const bool second = wiredChains.count() == 2 && bandInMidSideChain(bands.set(index), wiredChains);
+            const bool second = wiredChains.count() == 2 && inMidSideChain(index);
             delays.detector = second ? lead + latency / 2 : lead;
             delays.meters = wiredChains.count() == 2 && !second ? latency - lead : 0;
         }

@@ -117,12 +117,17 @@ bool ZelkProcessor::isFading(std::int32_t bandIndex) noexcept REALTIME {
     });
 }
 
+// A batch on another thread may move a placement at any time. All channels are wired by one look at it: else a filter
+// could stand before the converters on one channel of a pair and behind them on the other, and the signal would go in a
+// ring.
 ChainLayout ZelkProcessor::countChains() noexcept REALTIME {
     const bool linear = isLinear(); // its filters are not heard
     ChainDemand demand;
     for (std::int32_t index = 0; index < bandCount; ++index) {
+        StereoPlacement& placement = wiredPlacements[static_cast<std::size_t>(index)];
+        placement = bands.set(index).stereoPlacement.get();
         if (bands.set(index).used.get() || (!linear && isFading(index)))
-            demand.add(bands.set(index));
+            demand.add(placement);
     }
     return demand.layout();
 }

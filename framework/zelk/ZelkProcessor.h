@@ -38,7 +38,10 @@ public:
 
     // For the bands and channels.
     Band& band(std::int32_t index) noexcept REALTIME { return *bandObjects[static_cast<std::size_t>(index)]; }
-    const ChainLayout& chainLayout() const noexcept REALTIME { return wiredChains; } // as the channels are wired
+    const ChainLayout& chainLayout() const noexcept REALTIME { return wiredChains; }    // as the channels are wired
+    [[nodiscard]] bool inMidSideChain(std::int32_t bandIndex) const noexcept REALTIME { // as they are wired
+        return ::inMidSideChain(wiredPlacements[static_cast<std::size_t>(bandIndex)], wiredChains);
+    }
     const loudness::Curve& curveFrequencies() const noexcept REALTIME { return autoGainFrequencies; }
     std::int32_t soloBand() const noexcept REALTIME { return soloedBand; } // -1: none
     wave::Producer& soloGainSource() noexcept REALTIME { return soloLimiter; }
@@ -105,6 +108,7 @@ private:
     DiscreteFrequencyResponseSource::Mapping emptyMapping{false, 20.0f, 20000.0f, 255};
     std::unique_ptr<KernelGrid> grid;
     ChainLayout wiredChains;
+    std::array<StereoPlacement, bandCount> wiredPlacements{}; // of the same look at the parameters
     std::int32_t soloedBand = -1;
     float autoGainFactor = 1.0f;
 };
