@@ -144,7 +144,7 @@ TEST(ClapThreads, AutomationMeetsEditsBatchesQuestionsAndNewPortsAndBothSidesEnd
         ASSERT_TRUE(instance.adapter().selectLayout(layout));
         const int before = instance.blocks();
         instance.startAudio(static_cast<unsigned>(layout));
-        while (instance.blocks() < before + 150) {
+        while (instance.blocks() < before + 40) {
             editAsTheInterfaceDoes(instance, random);
             askAsTheHostDoes(instance, random);
         }
@@ -159,7 +159,7 @@ TEST(ClapThreads, AutomationMeetsEditsBatchesQuestionsAndNewPortsAndBothSidesEnd
 TEST(ClapThreads, InstancesComeAndGoWhileOthersPlay) {
     BusyInstance playing;
     playing.startAudio(3);
-    while (playing.blocks() < 100) {
+    while (playing.blocks() < 30) {
         const BusyInstance passing;
         playing.plugin->on_main_thread(playing.plugin);
     }

@@ -54,8 +54,8 @@ TEST(EqualizerRouting, EveryPlacementReachesItsChannelsInEveryLayoutAndNoOther) 
     for (std::int32_t index = 0; index < chl::layoutCount; ++index) {
         const auto layout = static_cast<chl::Layout>(index);
         const Channels input = noises(chl::channelCount(layout));
+        EqualizerBench bench(ZELK_PLUGIN_FILE, static_cast<clap_id>(index));
         for (const std::string placement : {"Left", "Right", "Stereo", "Mid", "Side"}) {
-            EqualizerBench bench(ZELK_PLUGIN_FILE, static_cast<clap_id>(index));
             useBell(bench, "Band 1", placement, 6.0);
             bench.restart();
             const Channels output = bench.render(input);

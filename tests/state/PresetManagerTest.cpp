@@ -1,5 +1,4 @@
 #include "state/PresetManager.h"
-#include "framework/PluginSettings.h"
 #include "platform/Clock.h"
 #include "platform/Folders.h"
 #include "state/PresetCache.h"
@@ -38,17 +37,6 @@ TEST_F(PresetTree, FoldersStandByKeyThenNameAndWhatIsDeepComesFirst) {
     EXPECT_EQ(namesOf(manager.allPresets()), (Names{"y", "2", "1", "x", "z", "A", "b", "v", "u", "Alone", "loose"}));
     EXPECT_EQ(manager.subfolders()[4]->presets()[0]->path, root() + "Drums/A.tvp");
     EXPECT_EQ(manager.subfolders()[4]->path(), root() + "Drums/");
-}
-
-TEST_F(PresetTree, ThreeHundredPresetsFillTwoBanksAndPartOfAThird) {
-    for (int i = 0; i < 300; ++i)
-        home.write("tree/" + std::to_string(1000 + i) + ".tvp", "");
-    PresetManager manager(root(), ".tvp");
-    const std::vector<Preset*> list = manager.allPresets();
-    ASSERT_EQ(list.size(), 300u);
-    EXPECT_EQ(list[127]->programText, "(0/127) 1127");
-    EXPECT_EQ(list[128]->programText, "(1/0) 1128");
-    EXPECT_EQ(list[299]->programText, "(2/43) 1299");
 }
 
 TEST_F(PresetTree, NeighboursWrapWithinTheMainTreeAndRunOnFromOlderFolders) {
@@ -92,8 +80,8 @@ TEST_F(PresetTree, LinksInACircleOddBytesAndTooDeepFoldersEndTheScanWell) {
     EXPECT_EQ(outOfBudget.name(), "tree");
 }
 
-TEST_F(PresetTree, TenThousandPresetsInTwoHundredFoldersAreListedAndIndexedInTime) {
-    for (int folder = 0; folder < 200; ++folder) {
+TEST_F(PresetTree, TwoThousandPresetsInFortyFoldersAreListedAndIndexedInTime) {
+    for (int folder = 0; folder < 40; ++folder) {
         const std::string path = root() + std::to_string(folder);
         ASSERT_TRUE(createDirectories(path));
         for (int i = 0; i < 50; ++i)
@@ -103,7 +91,7 @@ TEST_F(PresetTree, TenThousandPresetsInTwoHundredFoldersAreListedAndIndexedInTim
     PresetManager manager(root(), ".tvp");
     const std::vector<Preset*> list = manager.allPresets();
     RecordProperty("scan_ms", std::to_string(timer->elapsed()));
-    EXPECT_EQ(list.size(), 10000u) << "the budget ended the scan after " << timer->elapsed() << " ms";
+    EXPECT_EQ(list.size(), 2000u) << "the budget ended the scan after " << timer->elapsed() << " ms";
 
     PresetCache cache(home.path() + "PresetCache.dat", {{"ZK3p"}, 4});
     for (const Preset* preset : list)
@@ -112,24 +100,8 @@ TEST_F(PresetTree, TenThousandPresetsInTwoHundredFoldersAreListedAndIndexedInTim
     const std::clock_t begin = std::clock(); // other processes do not count
     cache.sync(list, {root()});
     cache.finish();
-    EXPECT_LT(static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC, 0.25);
+    EXPECT_LT(static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC, 0.1);
     RecordProperty("index_ms", std::to_string(timer->elapsed()));
-}
-
-TEST_F(PresetTree, AnInstanceWalksItsFolderByProgramAndFollowsAChangeOfIt) {
-    ZelkPlugin plugin;
-    plugin.sharedSettings().enableProgramChanges = true;
-    home.write("tree/a/one.tvp", binaryPreset("ZK3p", 4, std::vector<float>(334, 0.0f)).text);
-    EXPECT_FALSE(plugin.setPresetFolder(home.path() + "nowhere"));
-    ASSERT_TRUE(plugin.setPresetFolder(home.path() + "tree"));
-    plugin.postProgramChange(0, 0);
-    plugin.drain();
-    EXPECT_EQ(plugin.currentPreset().name(), "one");
-    plugin.postProgramChange(1, 0); // none there
-    plugin.drain();
-    EXPECT_EQ(plugin.currentPreset().path(), root() + "a/one.tvp");
-    EXPECT_EQ(plugin.presetManager(0).extension(), ".spectrum");
-    EXPECT_TRUE(std::filesystem::is_directory(plugin.presetManager(0).path()));
 }
 
 } // namespace

@@ -31,7 +31,7 @@ public:
     std::complex<double> bin(std::size_t k) const {
         std::complex<double> sum;
         for (std::size_t n = 0; n < turns.size(); ++n)
-            sum += static_cast<double>(samples[n]) * turns[k * n % turns.size()];
+            sum += static_cast<double>(samples[n]) * turns[k * n & (turns.size() - 1)]; // sizes are powers of two
         return sum;
     }
 
@@ -66,7 +66,7 @@ TEST(FFTBlock, TheSpectrumIsThatOfTheDefinitionAndTheInverseBringsTheSamplesBack
             const Definition expected(samples);
             const std::size_t half = samples.size() / 2;
             const double tolerance = 3e-7 * std::sqrt(static_cast<double>(size)) * std::log2(size); // of a bin's rms
-            for (std::size_t k = 0; k <= half; k += std::max<std::size_t>(half / 16, 1)) {
+            for (std::size_t k = 0; k <= half; k += std::max<std::size_t>(half / 8, 1)) {
                 EXPECT_LT(std::abs(binOf(block, k) - expected.bin(k)), tolerance) << k;
                 if (k > 0) {
                     EXPECT_LT(std::abs(binOf(block, k - 1) - expected.bin(k - 1)), tolerance) << k - 1;
