@@ -1,13 +1,10 @@
 #include "analysis/EQMatchSession.h"
-#include "base/BinaryDataReader.h"
-#include "base/BinaryDataWriter.h"
 #include "eq/BandDesign.h"
 #include "tests/analysis/AnalysisTestObjects.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
-#include <sstream>
 
 namespace {
 
@@ -123,41 +120,6 @@ TEST(EQMatchSession, GoingBackOrCancellingTakesItsBandsAway) {
     EXPECT_FALSE(studio.bands.used.contains(17));
     EXPECT_EQ(studio.bands.used.size(), 23u);
     EXPECT_EQ(studio.bands.undoSteps, 0);
-}
-
-TEST(EQMatchSession, EachKindOfReferenceDrivesTheRecordButtonsItsWay) {
-    Studio studio;
-    EQMatchSession& session = studio.session;
-    session.analyze();
-    EXPECT_TRUE(session.recordInput && session.recordReference);
-    session.chooseReference(EQMatchSession::Reference::input);
-    EXPECT_TRUE(!session.recordInput && session.recordReference);
-    session.recordInput = true;
-    EXPECT_TRUE(session.recordInput && !session.recordReference) << "only one listens at a time";
-    EXPECT_TRUE(studio.input.running && !studio.reference.running);
-    session.chooseReference(EQMatchSession::Reference::external);
-    EXPECT_TRUE(session.recordInput && session.recordReference);
-
-    studio.play(1); // a size
-    for (const bool whole : {false, true}) {
-        std::stringstream file;
-        BinaryDataWriter writer(&file);
-        writer.writeHeader("TVSP", 1);
-        writer.writeInt32(2);
-        if (whole)
-            writer.writeFloat(-20.0f);
-        BinaryDataReader reader(&file);
-        EXPECT_EQ(session.loadReference(reader), whole);
-        EXPECT_EQ(session.reference(), whole ? EQMatchSession::Reference::file : EQMatchSession::Reference::external);
-    }
-    session.recordReference = true;
-    EXPECT_FALSE(session.recordReference || studio.reference.running) << "what is loaded does not grow";
-    studio.play(20);
-    EXPECT_TRUE(session.canMatch());
-    session.match();
-    session.analyze();
-    EXPECT_FALSE(studio.reference.running);
-    EXPECT_GE(studio.reference.frameCount(), 9) << "the loaded spectrum is still there";
 }
 
 } // namespace

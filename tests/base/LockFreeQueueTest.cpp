@@ -18,22 +18,6 @@ std::uint64_t checkOf(std::uint32_t producer, std::uint32_t number) {
     return (std::uint64_t{producer} << 32 | number) * 0x9E3779B97F4A7C15u;
 }
 
-TEST(LockFreeQueue, HandsItemsOnInTheirOrder) {
-    LockFreeQueue<int> queue(4);
-    int item = 0;
-    EXPECT_FALSE(queue.pop(item));
-    for (int round = 0; round < 3; ++round) {
-        for (int i = 0; i < 1000; ++i)
-            ASSERT_TRUE(queue.push(i));
-        for (int i = 0; i < 1000; ++i) {
-            ASSERT_TRUE(queue.pop(item));
-            EXPECT_EQ(item, i);
-        }
-        EXPECT_FALSE(queue.pop(item));
-        EXPECT_TRUE(queue.empty());
-    }
-}
-
 TEST(LockFreeQueue, FailsWhenThePoolIsAtItsMaximumAndRecovers) {
     for (const std::uint32_t limit : {32u, 65536u}) {
         LockFreeQueue<std::uint32_t> queue(32, limit);

@@ -16,8 +16,6 @@ public:
     Property<std::string> room{this, "hall"};
     LimitedProperty<float> valve{this, 0.0f, 1.0f, 0.5f};
     LimitedProperty<int> stage{this, 1, 3, 1};
-    DelegatingProperty<float> fahrenheit{[this] { return wanted * 1.8f + 32.0f; },
-                                         [this](float value) { wanted = (value - 32.0f) / 1.8f; }};
     std::vector<const AbstractProperty*> changes;
     std::vector<float> seen; // `wanted` as it was when the notification came
 
@@ -65,15 +63,6 @@ TEST(LimitedProperty, ClampsOnEveryRoadAndNotifiesOncePerChange) {
     EXPECT_EQ(thermostat.changes.size(), 2u);
     asTarget.assign(9);
     EXPECT_EQ(thermostat.stage, 3);
-}
-
-TEST(DelegatingProperty, ReadsAndWritesThroughItsOwner) {
-    Thermostat thermostat;
-    ValueAssignable<float>& target = thermostat.fahrenheit;
-    target.assign(212.0f);
-    EXPECT_FLOAT_EQ(thermostat.wanted, 100.0f);
-    EXPECT_FLOAT_EQ(thermostat.fahrenheit, 212.0f);
-    EXPECT_EQ(thermostat.changes, std::vector<const AbstractProperty*>{&thermostat.wanted});
 }
 
 } // namespace

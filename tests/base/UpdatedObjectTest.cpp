@@ -66,33 +66,4 @@ TEST(UpdatedObject, ARequestFromInsideTheUpdateIsDropped) {
     EXPECT_EQ(sheet.log, "(mr)()");
 }
 
-TEST(EventForwarderList, CallsEachTriggeredTargetOnceWithItsLastArgumentInTheOrderOfTheTriggers) {
-    Sheet one;
-    Sheet two;
-    std::string log;
-    EventForwarderList list;
-    EventForwarderList::Forwarder* again = nullptr;
-    const auto nameOf = [&](EventSender* sender) { return sender == &one ? '1' : sender == &two ? '2' : '-'; };
-    EventForwarderList::Forwarder& a = list.add([&](EventSender* sender) {
-        log += {'a', nameOf(sender)};
-        if (again != nullptr)
-            again->trigger(nullptr);
-    });
-    EventForwarderList::Forwarder& b = list.add([&](EventSender* sender) { log += {'b', nameOf(sender)}; });
-    {
-        const UpdatedObject::Hold hold(list);
-        b.trigger(&one);
-        a.trigger(&one);
-        b.trigger(&two);
-    }
-    EXPECT_EQ(log, "b2a1");
-    log.clear();
-    again = &b; // triggered inside the update: waits for the next one
-    a.trigger(&two);
-    EXPECT_EQ(log, "a2");
-    again = nullptr;
-    list.requestUpdate();
-    EXPECT_EQ(log, "a2b-");
-}
-
 } // namespace

@@ -19,14 +19,4 @@ TEST(TickTimer, TellsTheTrueSmallDifferenceAcrossAWrapOfTheClock) {
     EXPECT_EQ(timer.elapsed(), 5u);
 }
 
-TEST(Clock, NeverRunsBack) {
-    const auto timer = createIntervalTimer();
-    std::uint32_t last = timer->elapsed();
-    while (last < 3) {
-        const std::uint32_t now = timer->elapsed();
-        ASSERT_GE(now, last);
-        last = now;
-    }
-}
-
 } // namespace

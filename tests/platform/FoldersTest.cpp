@@ -47,17 +47,4 @@ TEST(Folders, DocumentsAreWhereTheDesktopKeepsThem) {
         EXPECT_EQ(documentsFor(broken), home.path() + "Documents/") << broken;
 }
 
-TEST(Folders, FoldersAreMadeWithTheirParentsAndNeverOverAFile) {
-    TemporaryHome home;
-    const std::string deep = home.path() + "one/two/three/";
-    EXPECT_FALSE(directoryExists(deep));
-    EXPECT_TRUE(createDirectories(deep));
-    EXPECT_TRUE(directoryExists(deep));
-    EXPECT_TRUE(createDirectories(deep)) << "it exists already";
-    home.write("file", "x");
-    EXPECT_FALSE(createDirectories(home.path() + "file"));
-    EXPECT_FALSE(createDirectories(home.path() + "file/below"));
-    EXPECT_FALSE(createDirectories(""));
-}
-
 } // namespace

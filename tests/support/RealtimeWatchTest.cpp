@@ -71,21 +71,6 @@ TEST(RealtimeWatch, APermitLiftsTheRuleAndScopesNest) {
     EXPECT_EQ(count.offences().allocations, 1) << "the inner scope's end must not end the outer one";
 }
 
-TEST(RealtimeWatch, OtherThreadsAreFree) {
-    int others = -1;
-    const RealtimeWatch::Count count;
-    std::thread other([&] {
-        const RealtimeWatch::Count own;
-        const RealtimeScope scope;
-        allocate();
-        release();
-        others = own.offences().allocations;
-    });
-    other.join();
-    EXPECT_EQ(others, 1);
-    EXPECT_EQ(count.offences().allocations, 0);
-}
-
 TEST(RealtimeWatchDeathTest, TheFirstOffenceAbortsWithItsStack) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     std::mutex mutex;

@@ -188,17 +188,4 @@ TEST(Input, CopiesOnAndRunsDryIntoSilenceAlsoThroughAForwarder) {
     EXPECT_EQ(forwarder.getOutput(), &environment.zeroBlock);
 }
 
-TEST(AlignedBuffer, IsAlignedZeroedAndKeepsItsElements) {
-    AlignedBuffer<double> buffer(5);
-    for (int index = 0; index < 5; ++index)
-        EXPECT_EQ(std::exchange(buffer[index], index + 1.0), 0.0);
-    for (const std::int32_t size : {300, 3}) {
-        buffer.resize(size);
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(buffer.data()) % 32, 0u);
-        EXPECT_EQ(buffer[2], 3.0);
-    }
-    buffer.resize(5);
-    EXPECT_EQ(buffer[3], 0.0) << "what was cut off does not come back";
-}
-
 } // namespace

@@ -131,23 +131,6 @@ TEST_F(FloatParameterTest, ARampKeepsStepWithTimeThroughCyclesThatNobodyRead) {
     EXPECT_EQ(play(1)[0], 0.0f) << "nobody listened, so nothing glides";
 }
 
-TEST_F(FloatParameterTest, AnAngleGoesTheShortWayRound) {
-    parameter.period = 360.0f;
-    parameter.setRange(0.0f, 400.0f);
-    parameter.setValue(10.0f, 0.0f);
-    play(64);
-    parameter.setValue(350.0f, tenMs);
-    std::vector<float> values = play(442);
-    EXPECT_NEAR(values[0], 370.0f, 1e-3f);
-    EXPECT_NEAR(values[220], 370.0f - 20.0f * 220.0f / 441.0f, 1e-3f);
-    EXPECT_EQ(values[441], 350.0f);
-    parameter.setRange(0.0f, 360.0f);
-    parameter.setValue(10.0f, tenMs); // would start at -10, outside the range
-    values = play(442);
-    EXPECT_EQ(values[0], 0.0f);
-    EXPECT_EQ(values[441], 10.0f);
-}
-
 TEST_F(FloatParameterTest, TheRangeLimitsTargetsAndEndsTheRampOfOneThatItClamps) {
     play(64);
     parameter.setValue(7.0f, tenMs);

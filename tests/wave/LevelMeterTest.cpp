@@ -1,7 +1,6 @@
 #include "wave/LevelMeter.h"
 
 #include "tests/wave/GraphTestObjects.h"
-#include "wave/CombinedLevelSource.h"
 
 #include <gtest/gtest.h>
 
@@ -174,33 +173,6 @@ TEST(LevelMeter, NeverShowsWhatNobodyPlayedAndKeepsTheLastWord) {
     audio.join();
     runCycle(environment, 16);
     EXPECT_NEAR(meter.level(Info::extreme), -6.0206f, 1e-3f);
-}
-
-class FixedLevel final : public LevelSource {
-public:
-    explicit FixedLevel(Detection which, float shown) : detection(which), value(shown) {}
-    Detection getDetection() override { return detection; }
-    float level(Info) override { return value; }
-    void resetPeak() override { ++resets; }
-    Detection detection;
-    float value;
-    int resets = 0;
-};
-
-TEST(CombinedLevelSource, ShowsTheExtremeInTheSenseOfTheFirst) {
-    CombinedLevelSource combined;
-    EXPECT_EQ(combined.level(Info::level), -180.0f);
-    FixedLevel quiet(LevelSource::Detection::smallest, -20.0f);
-    FixedLevel loud(LevelSource::Detection::largest, -3.0f);
-    combined.setSource(1, &loud);
-    combined.setSource(15, &quiet);
-    EXPECT_EQ(combined.level(Info::peak), -3.0f);
-    combined.setSource(0, &quiet);
-    EXPECT_EQ(combined.getDetection(), LevelSource::Detection::smallest);
-    EXPECT_EQ(combined.level(Info::peak), -20.0f);
-    combined.setSource(15, nullptr);
-    combined.resetPeak();
-    EXPECT_EQ(quiet.resets + loud.resets, 2);
 }
 
 } // namespace
