@@ -97,13 +97,4 @@ TEST(BandDesign, TheBilinearRoadIsTheAnalogCurveOnABentAxis) {
     }
 }
 
-TEST(BandDesign, ABrickwallTakesTheBilinearRoadWhateverIsAskedFor) {
-    const Band band{.shape = FilterShape::highPass, .slope = FilterSlope::brickwall, .frequencyHz = 2000.0};
-    DesignedBand matched(band);
-    DesignedBand bilinear(band, SectionForm::direct, CoefficientCalculation::bilinear);
-    EXPECT_EQ(matched.numbers, bilinear.numbers);
-    EXPECT_LT(cascadePowerDb(matched.rows(), SectionForm::direct, band.radians(1740.0)), -89.9);
-    EXPECT_NEAR(cascadePowerDb(matched.rows(), SectionForm::direct, band.radians(2000.0)), 0.0, 0.026);
-}
-
 } // namespace

@@ -83,54 +83,6 @@ struct Rig {
     wave::BasicBlock<float> out;
 };
 
-std::complex<double> spectrumAt(const Samples& samples, double frequency) {
-    std::complex<double> sum;
-    for (std::size_t time = 0; time < samples.size(); ++time)
-        sum += static_cast<double>(samples[time]) * std::polar(1.0, -frequency * static_cast<double>(time));
-    return sum;
-}
-
-double decibels(double gain) {
-    return 20.0 * std::log10(gain);
-}
-
-TEST(FrequencyResponseKernel, AFlatResponseOnlyDelaysAndByWhatTheSizesTell) {
-    for (const std::int32_t length : {512, 4096, 32768}) {
-        const bool natural = length == 512;
-        Rig rig(natural ? ProcessingMode::naturalPhase : ProcessingMode::linearPhase, length, natural ? 64 : 1024);
-        const Samples heard = rig.impulseResponse();
-        const auto delay = static_cast<std::size_t>(length / 2 + rig.convolver.getLatency());
-        for (std::size_t time = 0; time < heard.size(); ++time)
-            ASSERT_NEAR(heard[time], time == delay ? 1.0f : 0.0f, 5e-7f) << length << ' ' << time;
-    }
-}
-
-TEST(FrequencyResponseKernel, ARealResponseBecomesASymmetricKernelWithItsMagnitude) {
-    Rig rig(ProcessingMode::linearPhase, 8192, 1024);
-    // A bell of +12 dB at a tenth of the sample rate, and a slope.
-    const auto law = [](double w) {
-        return (1.0 + 3.0 * std::exp(-60.0 * (w - 0.63) * (w - 0.63))) * std::exp(-0.3 * w);
-    };
-    rig.source.law = [&](double w) { return static_cast<float>(law(w)); };
-    const Samples heard = rig.impulseResponse();
-    const std::size_t middle = 4096 + 1024;
-    for (std::size_t offset = 1; offset < 4096; ++offset)
-        ASSERT_NEAR(heard[middle - offset], heard[middle + offset], 1e-6f) << offset;
-    for (double w = 0.05; w < 3.1; w += 0.05) {
-        const std::complex<double> got = spectrumAt(heard, w) * std::polar(1.0, w * static_cast<double>(middle));
-        EXPECT_NEAR(decibels(std::abs(got)), decibels(law(w)), 0.01) << w;
-        EXPECT_LT(std::fabs(std::arg(got)) * 180.0 / std::numbers::pi, 0.01) << w;
-    }
-}
-
-TEST(FrequencyResponseKernel, APhaseThatFallsIsADelay) {
-    Rig rig(ProcessingMode::naturalPhase, 512, 64);
-    rig.source.law = [](double w) { return std::complex<float>(std::polar(1.0, -5.0 * w)); };
-    const Samples heard = rig.impulseResponse();
-    EXPECT_NEAR(heard[256 + 64 + 5], 1.0f, 0.002f); // the window takes a little off beside the middle
-    EXPECT_NEAR(heard[256 + 64 - 5], 0.0f, 0.002f);
-}
-
 TEST(FrequencyResponseKernel, DearBinsAreReadOverTheirShareOfThePeriod) {
     Rig rig(ProcessingMode::linearPhase, 8192, 1024);
     rig.run(Samples(16384));

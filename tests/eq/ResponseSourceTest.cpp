@@ -109,37 +109,6 @@ TEST(EQResponses, TheDigitalResponseIsThatOfTheMatchedSections) {
     EXPECT_EQ(cascadeResponse(pole, 2, 0.0), 0.5);
 }
 
-// What the correction of a chain is at every bin, read in slices of the given length.
-std::vector<Complex> correction(Grid& grid, std::initializer_list<Band*> bands, std::size_t slice) {
-    NaturalPhaseFrequencyResponseSource source(grid.mapping);
-    for (Band* const band : bands) {
-        source.numerators.push_back(&band->analog);
-        source.denominators.push_back(&band->digital);
-    }
-    std::vector<Complex> all(steps + 1);
-    for (std::size_t at = 0; at < all.size(); at += slice)
-        source.responses(static_cast<std::int32_t>(at), std::span(all).subspan(at, std::min(slice, all.size() - at)));
-    return all;
-}
-
-TEST(NaturalPhaseSource, TurnsTheDigitalPhaseIntoTheAnalogOneBelowTheTaper) {
-    Grid grid;
-    Band bell(grid, FilterShape::bell, 12000.0, 1.0f, 9.0f), shelf(grid, FilterShape::highShelf, 9000.0, 1.0f, -6.0f);
-    const std::vector<Complex> ratio = correction(grid, {&bell, &shelf}, 257);
-    EXPECT_EQ(ratio[0], Complex(1.0f));
-    double before = 0.0;
-    for (int i = 1; i < 249; ++i) {
-        const Complex digital = bell.digital.response(i) * shelf.digital.response(i);
-        const Complex analog = bell.analog.response(i) * shelf.analog.response(i);
-        ASSERT_NEAR(std::abs(digital * ratio[static_cast<std::size_t>(i)] - analog), 0.0f, 1e-5f) << i;
-        before = std::max(before, static_cast<double>(std::fabs(std::arg(analog / digital))));
-    }
-    EXPECT_GT(before, 0.1); // radians that were there to be corrected
-    EXPECT_NEAR(ratio[256].imag(), 0.0f, 1e-6f);
-    for (const Complex& each : correction(grid, {}, 100))
-        EXPECT_EQ(each, Complex(1.0f));
-}
-
 class FixedSource final : public CachedDiscreteFrequencyResponseSource {
 public:
     FixedSource(Mapping& grid, std::vector<Complex> wanted) : Cached(grid), given(std::move(wanted)) {}

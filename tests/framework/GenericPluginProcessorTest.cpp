@@ -9,14 +9,6 @@ namespace {
 
 using Log = std::vector<std::string>;
 
-TEST(GenericPluginProcessor, RunsTheGraphInPiecesOfTheMaximalBlock) {
-    RecordingProcessor processor;
-    processor.reset();
-    processor.log.clear();
-    processor.run(1000);
-    EXPECT_EQ(processor.log, (Log{"run 256", "run 256", "run 256", "run 232"}));
-}
-
 TEST(GenericPluginProcessor, MidiSplitsTheSpanAtItsOffsetAndItsChangesHoldFromThere) {
     RecordingProcessor processor;
     processor.reset();
@@ -125,70 +117,6 @@ TEST(GenericPluginProcessor, ChangesThatFoundNoRoomAreMadeUpFor) {
     processor.log.clear();
     processor.run(8);
     EXPECT_EQ(processor.log.front(), "apply 0") << "the queue works again";
-}
-
-TEST(GenericPluginProcessor, HearsOfASampleRateBeforeItsComponents) {
-    class RateProcessor final : public GenericPluginProcessor {
-    public:
-        RateProcessor() : GenericPluginProcessor(1, 2) { init(); }
-        std::string log;
-
-    protected:
-        void sampleRateChanged() override { log += environment().sampleRate == 96000.0f ? "processor " : "early "; }
-    } processor;
-    const auto component = [&] { processor.log += "component "; };
-    processor.environment().sampleRateChanged.add(
-        std::make_unique<NotifyEvent::HandlerImplFunc<decltype(component)>>(component));
-    processor.setSampleRate(96000.0);
-    processor.setSampleRate(96000.0);
-    EXPECT_EQ(processor.log, "processor component ");
-}
-
-TEST(GenericPluginProcessor, HasAnEmptySlotForEverySourceThatTheProductCounts) {
-    class SourceProcessor final : public GenericPluginProcessor {
-    public:
-        SourceProcessor() : GenericPluginProcessor(1, 6) {
-            sourceCounts = {.audio = 3, .spectra = 2, .levelsPerChannel = 1, .furtherLevels = 48};
-            init();
-            EXPECT_EQ(audioSources, std::vector<AudioSource*>(3, nullptr));
-            EXPECT_EQ(spectrumSources, std::vector<SpectrumSource*>(2, nullptr));
-            EXPECT_EQ(levelSources, std::vector<LevelSource*>(6 + 48, nullptr));
-        }
-    } const processor;
-}
-
-TEST(GenericPluginProcessor, RunsItsOwnPositionInBeatsWhenTheHostStandsStill) {
-    class BeatProcessor final : public GenericPluginProcessor {
-    public:
-        BeatProcessor() : GenericPluginProcessor(1, 2) { init(); }
-        int starts = 0;
-        double beats = -1.0;
-        double tempo = 0.0;
-
-    protected:
-        void transportStarted() noexcept REALTIME override { ++starts; }
-        void tempoChanged(double newTempo, double position) noexcept REALTIME override {
-            tempo = newTempo;
-            beats = position;
-        }
-    } processor;
-    std::vector<float> sound(22050);
-    const float* inputs[] = {sound.data(), sound.data()};
-    float* const outputs[] = {sound.data(), sound.data()};
-    const auto run = [&](double tempo, double beats, bool playing) {
-        processor.setTransport(tempo, beats, playing);
-        std::uint32_t flags = 0;
-        processor.process({inputs, outputs}, sound.size(), flags);
-    };
-    run(0.0, 0.0, false); // no tempo counts as 120
-    EXPECT_DOUBLE_EQ(processor.tempo, 120.0);
-    run(0.0, 0.0, false); // half a second at 120 is one beat
-    EXPECT_NEAR(processor.beats, 1.0, 1e-9);
-    run(60.0, 300.0, true);
-    EXPECT_NEAR(processor.beats, 44.0, 1e-9);
-    EXPECT_EQ(processor.starts, 1);
-    run(60.0, 301.0, true);
-    EXPECT_EQ(processor.starts, 1);
 }
 
 TEST(GenericPluginProcessor, WhatIsHeardInTheEndIsWhatTheParameterHolds) {

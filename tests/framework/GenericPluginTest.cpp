@@ -179,21 +179,4 @@ TEST(GenericPlugin, InstancesAreNamedApartAndAFreedNameIsTakenAgain) {
     EXPECT_EQ(third.instanceId(), third.instanceId());
 }
 
-TEST(GenericPlugin, TheControllerMapIsSharedAndGoesWithTheLastInstance) {
-    {
-        TestPlugin first;
-        TestPlugin second;
-        RecordingAdapter a(first);
-        RecordingAdapter b(second);
-        first.controllerMapping().assign(7, 1);
-        EXPECT_EQ(second.controllerMapping().target(7), 1);
-        EXPECT_EQ(a.mappings, 1);
-        EXPECT_EQ(b.mappings, 1);
-        EXPECT_EQ(b.events, (Events{{GenericPlugin::eventControllerMap, 0}}));
-    }
-    EXPECT_TRUE(PluginInstances::ofProcess().empty());
-    const TestPlugin fresh;
-    EXPECT_EQ(PluginInstances::ofProcess().controllerMapping().target(7), ControllerMapping::none);
-}
-
 } // namespace

@@ -5,11 +5,8 @@
 #include "framework/IndexedPluginParameter.h"
 #include "framework/NoteText.h"
 #include "framework/NumberFormat.h"
-#include "framework/ParameterSetArray.h"
-#include "framework/PluginParameterSet.h"
 #include "framework/ShortenName.h"
 #include "framework/StereoPanParameter.h"
-#include "framework/TextHelpers.h"
 
 #include <gtest/gtest.h>
 
@@ -120,18 +117,6 @@ TEST(FloatPluginParameter, ListenersGetTheDisplayValueWhenTheOwnerSaysSo) {
     EXPECT_EQ(listener.values, std::vector<float>{-45.0f});
 }
 
-TEST(FloatPluginParameter, ValuesOfAGroupMoveInProportion) {
-    FloatPluginParameter frequency{nullptr, "Frequency"};
-    frequency.setRange(3.0f, 15.0f, 10.0f);
-    frequency.setUnit(expFreqUnit);
-    EXPECT_NEAR(frequency.scaledValue(8.0f, 10.0f, 11.0f), 9.0f, 1e-5f) << "an octave is an octave";
-    FloatPluginParameter gain{nullptr, "Gain"};
-    gain.setRange(-30.0f, 30.0f, 0.0f);
-    gain.setUnit(dbUnit);
-    EXPECT_FLOAT_EQ(gain.scaledValue(6.0f, 2.0f, 4.0f), 12.0f);
-    EXPECT_FLOAT_EQ(gain.scaledValue(6.0f, 0.0f, 4.0f), 10.0f) << "no ratio leads away from 0";
-}
-
 TEST(FloatPluginParameter, TextIsReadAsUsersTypeIt) {
     FloatPluginParameter frequency{nullptr, "Frequency"};
     frequency.setRange(3.321928f, 14.872674f, 9.965784f);
@@ -151,44 +136,6 @@ TEST(FloatPluginParameter, TextIsReadAsUsersTypeIt) {
     EXPECT_EQ(parsed(fall, "0.5x"), "-6.021");
     EXPECT_EQ(parsed(fall, "-inf"), "-60.000");
     EXPECT_EQ(parsed(fall, "30 Hz"), "refused");
-
-    FloatPluginParameter ms{nullptr, "Time"};
-    ms.setRange(1.0f, 5000.0f, 2000.0f);
-    ms.setUnit(msUnit);
-    EXPECT_EQ(parsed(ms, "0.25"), "250.000") << "below the minimum it can only mean seconds";
-    EXPECT_EQ(parsed(ms, "3"), "3000.000") << "the present value is in seconds";
-    EXPECT_EQ(parsed(ms, "3 ms"), "3.000");
-    EXPECT_EQ(ms.text(1500.0f), "1.500 sec");
-    EXPECT_EQ(ms.text(15.0f), "15.00 ms");
-    FloatPluginParameter seconds{nullptr, "Time"};
-    seconds.setRange(0.01f, 10.0f, 0.5f);
-    seconds.setUnit(secUnit);
-    EXPECT_EQ(parsed(seconds, "250"), "0.250");
-    EXPECT_EQ(seconds.text(0.25f), "250.0 ms");
-
-    FloatPluginParameter interval{nullptr, "Interval"};
-    interval.setRange(0.0f, 4.0f, 1.0f);
-    interval.setUnit(octavesUnit);
-    EXPECT_EQ(parsed(interval, "2 oct"), "24.000");
-    EXPECT_EQ(parsed(interval, "150 cents"), "1.500");
-    FloatPluginParameter ratio{nullptr, "Ratio"};
-    ratio.setRange(1.0f, 10.0f, 2.0f);
-    ratio.setUnit(ratioUnit);
-    EXPECT_EQ(ratio.text(4.0f), "4.00:1");
-    EXPECT_EQ(parsed(ratio, "4:1"), "4.000");
-    FloatPluginParameter plain{nullptr, "Plain"};
-    plain.setRange(0.0f, 1.0f, 0.0f);
-    EXPECT_EQ(parsed(plain, "0.5 x"), "refused");
-}
-
-TEST(FloatPluginParameterUnit, TheFrequencyCurveWithZeroIsContinuousAndReversible) {
-    FloatPluginParameter frequency{nullptr, "Frequency"};
-    frequency.setRange(-5.643856f, 14.0f, 0.0f);
-    frequency.setUnit(expFreqWithZeroUnit);
-    EXPECT_NEAR(frequency.unitFromValue(-5.643856f), 0.0, 1e-6);
-    EXPECT_NEAR(frequency.unitFromValue(-3.0f), 0.125, 1e-6);
-    for (float value = -5.5f; value < 14.0f; value += 0.37f)
-        EXPECT_NEAR(frequency.valueFromUnit(frequency.unitFromValue(value)), value, 2e-5f);
 }
 
 enum class Colour : std::int32_t { red = 5, green = 9, blue = 2 };
@@ -277,63 +224,6 @@ TEST(ShortenName, EachStepIsTakenOnlyWhenTheTextIsStillTooLong) {
             EXPECT_LE(shortenName(name, length).size(), length) << name;
     EXPECT_EQ(shortenName("Band 7 Dynamic Range", 20), "Band 7 Dynamic Range");
     EXPECT_EQ(shortenName("Band 7 Dynamic Range", 0), "Band 7 Dynamic Range");
-}
-
-TEST(TextHelpers, ListsBase64DatesAndLineEnds) {
-    std::vector<std::string> parts;
-    splitList("a,,b c,", parts);
-    EXPECT_EQ(parts, (std::vector<std::string>{"a", "", "b c", ""}));
-    std::vector<std::uint8_t> bytes;
-    EXPECT_TRUE(decodeBase64("AP8Q", bytes));
-    EXPECT_EQ(bytes, (std::vector<std::uint8_t>{0, 255, 16}));
-    EXPECT_TRUE(decodeBase64("/w==", bytes));
-    EXPECT_EQ(bytes, std::vector<std::uint8_t>{255});
-    for (const char* const bad : {"A", "AA=A", "AP8*", "====",
-                                  "/w=="
-                                  "AA"})
-        EXPECT_FALSE(decodeBase64(bad, bytes)) << bad;
-    using namespace std::chrono;
-    EXPECT_EQ(formatDate(year_month_day(year(2024), month(3), day(4))), "March 4, 2024");
-    EXPECT_EQ(normalizeLineEnds("a\rb\nc\r\nd\n\r"), "a\r\nb\r\nc\r\nd\r\n\r\n");
-}
-
-class TestSet final : public PluginParameterSet {
-public:
-    TestSet(GenericParameterOwner& owner, std::string name) : PluginParameterSet(owner, std::move(name), 2) {}
-    void init() override {
-        first.setRange(0.0f, 1.0f, 0.25f);
-        second.setRange(0.0f, 1.0f, 0.5f);
-    }
-    FloatPluginParameter first{this, " First"};
-    FloatPluginParameter second{this, "Second"};
-};
-
-class TestSets final : public ParameterSetArray<TestSet> {
-public:
-    explicit TestSets(GenericParameterOwner& owner) : ParameterSetArray(owner, "Set", 3) {}
-};
-
-TEST(ParameterSetArray, FindsASetByIdAndResetsAllOfThem) {
-    Owner owner;
-    FloatPluginParameter before{&owner, "Before"};
-    TestSets sets(owner);
-    FloatPluginParameter after{&owner, "After"};
-    sets.init();
-    EXPECT_EQ(sets.firstId(), 1);
-    EXPECT_EQ(sets.setIndexForId(0), -1);
-    EXPECT_EQ(sets.setIndexForId(6), 2);
-    EXPECT_EQ(sets.setIndexForId(7), -1);
-    EXPECT_TRUE(sets.containsId(-1));
-    EXPECT_FALSE(sets.containsId(after.id()));
-    EXPECT_EQ(sets.set(1).first.longName(), "Set 2 First");
-    EXPECT_EQ(sets.set(1).second.longName(), "Second");
-    sets.set(2).second.setValue(1.0f, 0);
-    EXPECT_EQ(owner.last.id, 6);
-    sets.resetToDefaults();
-    EXPECT_EQ(sets.set(2).second.get(), 0.5f);
-    ParameterCollection collection(nullptr);
-    sets.addParametersTo(collection);
-    EXPECT_EQ(collection.count(), 6);
 }
 
 TEST(ParameterDeathTest, ARangeWithoutItsStandardIsAProgrammingError) {

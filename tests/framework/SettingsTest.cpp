@@ -2,7 +2,6 @@
 #include "framework/PluginSettings.h"
 #include "framework/RegistryReader.h"
 #include "framework/RegistryWriter.h"
-#include "framework/ScalingAdjustments.h"
 #include "framework/SettingsKeys.h"
 #include "tests/support/TemporaryHome.h"
 
@@ -210,28 +209,6 @@ TEST_F(SettingsTest, AFurtherInstanceTakesAnotherProcesssChangesAndWritesNoneBac
     second.sharedSettings().presetBrowserTypeToSearch = false;
     EXPECT_EQ(readSettings(key).at("ShowComponentDisplays"), SettingValue(0));
     EXPECT_EQ(readSettings(key).at("PresetBrowserTypeToSearch"), SettingValue(0));
-}
-
-TEST_F(SettingsTest, WithoutAPlaceForFilesAllIsAtItsStandard) {
-    TemporaryHome broken;
-    broken.write(".config", "");
-    TestPlugin plugin;
-    EXPECT_EQ(plugin.settings().interfaceLayout.get(), 2);
-    plugin.settings().interfaceLayout = 4;
-    EXPECT_EQ(plugin.interfaceWidth(), 1200) << "it counts for this instance all the same";
-}
-
-TEST(ScalingAdjustments, ReadingEndsAtTheFirstPieceThatIsNone) {
-    const auto text = [](std::string_view wanted) { return ScalingAdjustments::fromText(wanted); };
-    EXPECT_EQ(text("125:100,F150:125").backing[1], 1.0f);
-    EXPECT_EQ(text("125:100,F150:125").toolkit[2], 1.25f);
-    EXPECT_EQ(text("275:999").backing[7], 3.0f) << "2.75 is no step";
-    for (const char* const nothing : {"", "F", "x", ":", "125", "125:", "125:x", ",125:100"}) {
-        EXPECT_EQ(text(nothing).backing, scaleSteps) << nothing;
-        EXPECT_EQ(text(nothing).toolkit, scaleSteps) << nothing;
-    }
-    EXPECT_EQ(text("125:100,150;100,175:100").backing[3], 1.75f);
-    EXPECT_EQ(text("125:100,150;100,175:100").backing[1], 1.0f) << "what was read until then stands";
 }
 
 } // namespace

@@ -78,6 +78,7 @@ TEST_F(ClapPortsTest, EveryLayoutIsAConfigurationThatCanBeChosenAndHeard) {
             EXPECT_EQ(info.channel_count, config.main_input_channel_count) << config.name;
             EXPECT_STREQ(info.port_type, config.main_input_port_type);
         }
+        instance.inPlace = index % 2 == 0;
         instance.start(44100.0, 64);
         ASSERT_EQ(instance.outputs.size(), config.main_output_channel_count);
         std::vector<std::vector<float>> input(instance.inputs.size(), std::vector<float>(64));

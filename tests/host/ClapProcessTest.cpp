@@ -39,26 +39,6 @@ TEST_F(ClapProcessTest, WithNoBandInUseTheOutputIsTheInputBitForBit) {
         }
 }
 
-TEST_F(ClapProcessTest, EveryChannelOfAWideLayoutPassesInItsOwnPlace) {
-    const struct {
-        clap_id config;
-        std::size_t channels;
-    } layouts[] = {{0, 1}, {6, 6}, {28, 16}};
-    for (const auto& layout : layouts)
-        for (const bool inPlace : {false, true}) {
-            ClapTestInstance instance(library, host);
-            ASSERT_TRUE(instance.extension<clap_plugin_audio_ports_config>(CLAP_EXT_AUDIO_PORTS_CONFIG)
-                            ->select(instance.plugin, layout.config));
-            instance.start(48000.0, 1000);
-            instance.inPlace = inPlace;
-            const Sound input = noise(2 * layout.channels, 2500); // the side chain is as wide
-            const Sound output = instance.run(input, 1000);
-            ASSERT_EQ(output.size(), layout.channels);
-            for (std::size_t channel = 0; channel < layout.channels; ++channel)
-                EXPECT_EQ(output[channel], input[channel]) << "layout " << layout.config << ", channel " << channel;
-        }
-}
-
 TEST_F(ClapProcessTest, SilenceIsToldToTheHostOnlyAfterTheTail) {
     ClapTestInstance instance(library, host);
     instance.start(48000.0, 512);

@@ -123,22 +123,4 @@ TEST_F(ClapStateTest, AStreamThatFailsOrHoldsSomethingElseChangesNothing) {
     EXPECT_FALSE(state->load(instance.plugin, nullptr));
 }
 
-TEST_F(ClapStateTest, APresetThatIsNoneIsReportedAndChangesNothing) {
-    const TemporaryHome home;
-    home.write("not a preset.tvp", "garbage");
-    const auto* const presets = instance.extension<clap_plugin_preset_load>(CLAP_EXT_PRESET_LOAD);
-    ASSERT_NE(presets, nullptr);
-    instance.events.addValue(0, 3, 6.0);
-    const auto* const params = instance.extension<clap_plugin_params>(CLAP_EXT_PARAMS);
-    params->flush(instance.plugin, instance.events.list(), instance.taken.list());
-    const std::string path = home.path() + "not a preset.tvp";
-    EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_FILE, path.c_str(), nullptr));
-    EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_FILE,
-                                        (home.path() + "absent.tvp").c_str(), nullptr));
-    EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_FILE, nullptr, nullptr));
-    EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_PLUGIN, path.c_str(), "key"));
-    EXPECT_EQ(valueOf(instance, 3), 6.0);
-    EXPECT_EQ(host.dirtyMarks, 0);
-}
-
 } // namespace

@@ -1,7 +1,6 @@
 #include "midi/ControllerMapFile.h"
 
 #include "framework/ControllerMapping.h"
-#include "platform/Resources.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -115,21 +114,6 @@ TEST_F(ControllerMapFileTest, AFailedSaveKeepsTheOldFileAndTheChangeToBeSaved) {
     EXPECT_FALSE(ControllerMapFile("").save(mapping));
     ASSERT_TRUE(file.save(mapping));
     EXPECT_EQ(stored(20), 6);
-}
-
-TEST_F(ControllerMapFileTest, TheFactoryMapIsTheLibrarysOrEmpty) {
-    std::string bytes("TVCM\1\0\0\0", 8);
-    bytes.append(512, '\xFF');
-    bytes[8 + 4 * 30] = 9;
-    std::fill_n(bytes.begin() + 8 + 4 * 30 + 1, 3, '\0');
-    const EmbeddedResource table[] = {{"MIDICONTROLLERMAP", bytes}};
-    setEmbeddedResources(table);
-    ControllerMapFile::loadFactory(mapping);
-    setEmbeddedResources({});
-    EXPECT_EQ(mapping.target(20), ControllerMapping::none);
-    EXPECT_EQ(mapping.target(30), 9);
-    ControllerMapFile::loadFactory(mapping);
-    EXPECT_EQ(mapping.target(30), ControllerMapping::none);
 }
 
 } // namespace

@@ -76,20 +76,6 @@ protected:
     HostBinding binding;
 };
 
-TEST_F(DefaultEventReceiverTest, AMappedControllerMovesItsParameterOverItsWholeRangeAndTellsTheHost) {
-    processor.controllerMapping().set(74, processor.frequency.id());
-    send(0xB9, 74, 127);
-    EXPECT_EQ(processor.frequency.value(), 60.0f);
-    EXPECT_EQ(binding.changed, processor.frequency.id());
-    EXPECT_EQ(binding.activity, 74);
-    send(0xB0, 74, 0);
-    EXPECT_EQ(processor.frequency.value(), -20.0f);
-    send(0xB0, 74, 200); // a byte that MIDI does not have
-    EXPECT_EQ(processor.frequency.value(), 60.0f);
-    send(0x90, 74, 1);
-    EXPECT_EQ(binding.activity, -1) << "no controller in this block";
-}
-
 TEST_F(DefaultEventReceiverTest, TargetsThatAreNoParametersMoveNoParameter) {
     Target target;
     processor.floatTargets = {&target};
@@ -141,37 +127,6 @@ TEST_F(DefaultEventReceiverTest, NotesProgramsAndListenersHearTheChannelThatIsCh
     processor.input->receiver().channelReceiver().removeListener(listener);
     send(0xB4, 1, 3);
     EXPECT_EQ(listener.last.second, 127);
-}
-
-TEST_F(DefaultEventReceiverTest, AMillionMessagesOfRandomBytesLeaveEveryValueInItsRange) {
-    std::mt19937 random(9);
-    for (std::size_t controller = 0; controller < ControllerMapping::controllerCount; ++controller)
-        processor.controllerMapping().set(controller, static_cast<std::int32_t>(random()) % 3);
-#ifdef ZELK_REALTIME_WATCH
-    const RealtimeWatch::Count count;
-#endif
-    int moves = 0;
-    for (int sent = 0; sent < 1000000;) {
-        for (int i = 0; i < 500; ++i, ++sent) {
-            const auto bits = random();
-            processor.receiveHostMidi({static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(bits >> 8),
-                                       static_cast<std::uint8_t>(bits >> 16), 0,
-                                       static_cast<std::int32_t>(bits >> 24) - 64});
-        }
-        binding.changed = -1;
-        processor.run(97); // some messages lie before the span, and some behind it
-        moves += binding.changed >= 0 ? 1 : 0;
-        ASSERT_TRUE(processor.frequency.value() >= -20.0f && processor.frequency.value() <= 60.0f);
-        ASSERT_TRUE(processor.gain.value() >= processor.gain.minimum() &&
-                    processor.gain.value() <= processor.gain.maximum());
-    }
-    EXPECT_GT(moves, 1900) << "of 2000 spans";
-    EXPECT_GT(processor.notesOn, 50000);
-#ifdef ZELK_REALTIME_WATCH
-    EXPECT_EQ(count.offences().allocations, 0);
-    EXPECT_EQ(count.offences().frees, 0);
-    EXPECT_EQ(count.offences().locks, 0);
-#endif
 }
 
 } // namespace

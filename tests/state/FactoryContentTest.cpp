@@ -8,8 +8,6 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
-#include <map>
-#include <set>
 
 namespace {
 
@@ -36,23 +34,6 @@ protected:
 
     ZelkPlugin plugin; // unpacks the presets into the home
 };
-
-TEST_F(FactoryContent, StandsInItsFoldersUnderNamesThatFindOneEach) {
-    std::map<std::string, int> counts;
-    std::set<std::string> names;
-    forEach([&](const std::string& folder, const Preset& preset) {
-        ++counts[folder];
-        EXPECT_TRUE(names.insert(preset.name).second);
-    });
-    EXPECT_EQ(counts, (std::map<std::string, int>{{"", 24},
-                                                  {"Dynamic/Drums/", 21},
-                                                  {"Dynamic/EDM/", 7},
-                                                  {"Dynamic/Instruments/", 10},
-                                                  {"Dynamic/Mix/", 13},
-                                                  {"Dynamic/Vocals/", 4},
-                                                  {"Stereo/", 4},
-                                                  {"Surround/", 4}}));
-}
 
 TEST_F(FactoryContent, HasEveryBandDoSomethingAndTheFoldersKeepTheirPromise) {
     forEach([this](const std::string& folder, const Preset&) {

@@ -28,14 +28,6 @@ protected:
         std::istringstream stream(bytes);
         return plugin.readState(stream);
     }
-    bool readValues(const std::string& bytes, bool& begun) {
-        std::istringstream stream(bytes);
-        return plugin.readParameterBlock(stream, begun);
-    }
-    bool equals(const std::string& bytes) {
-        std::istringstream stream(bytes);
-        return plugin.stateEquals(stream);
-    }
 
     ZelkPlugin plugin;
 };
@@ -93,48 +85,6 @@ TEST_F(StateBlockTest, AnIdIsTakenOnlyWhenNobodyHasItAndItsSpectrumCanBeNamed) {
     EXPECT_EQ(plugin.instanceId(), 65535);
     ZelkPlugin third;
     EXPECT_EQ(third.instanceId(), 1) << "the lowest free one, when none is left above";
-    EXPECT_TRUE(equals([&] {
-        std::ostringstream values;
-        EXPECT_TRUE(plugin.writeParameterBlock(values));
-        return values.str() +
-               Bytes().raw("ZK3p").i32(3).string("Sky").i32(7).i32(1).string("x").i32(0).raw("CuSV").i32(1).i32(0).text;
-    }()));
-}
-
-TEST_F(StateBlockTest, ValuesAreReadUpToTheFirstThatIsNotThere) {
-    bool begun = true;
-    EXPECT_FALSE(readValues(Bytes().raw("TVBT").i32(1).i32(1).f32(1).text, begun));
-    EXPECT_FALSE(begun);
-    EXPECT_FALSE(readValues(Bytes().raw("TVBS").i32(1).i32(-1).f32(1).text, begun));
-    EXPECT_FALSE(begun);
-    moveAll(plugin);
-    const std::vector<float> before = valuesOf(plugin);
-    EXPECT_FALSE(readValues(Bytes().raw("TVBS").i32(1).i32(INT32_MAX).f32s({0.0f, 0.0f, 5.0f}).raw("x").text, begun));
-    EXPECT_TRUE(begun);
-    EXPECT_EQ(plugin.parameter(2).value(), 5.0f);
-    EXPECT_TRUE(std::equal(before.begin() + 3, before.end(), valuesOf(plugin).begin() + 3));
-    EXPECT_TRUE(readValues(Bytes().raw("TVBS").i32(1).i32(3).f32s({1.0f, 0.0f, 6.0f}).text, begun));
-    std::vector<float> wanted = defaultsOf(plugin);
-    wanted[0] = 1.0f;
-    wanted[1] = 0.0f;
-    wanted[2] = 6.0f;
-    EXPECT_EQ(valuesOf(plugin), wanted);
-}
-
-TEST_F(StateBlockTest, EqualityLooksAtValuesNameAndModifiedFlag) {
-    std::ostringstream values;
-    plugin.currentPreset().setName("Sky");
-    plugin.customValues = {{"k", "v"}};
-    ASSERT_TRUE(plugin.writeParameterBlock(values));
-    const std::string block = values.str();
-    EXPECT_TRUE(equals(block + stateBlock(3, 12, "", false).text));
-    EXPECT_FALSE(equals(block + stateBlock(3, 12, "", true).text));
-    EXPECT_FALSE(equals(block + stateBlock(3, 12, "Bass", false).text));
-    EXPECT_TRUE(equals(block + stateBlock(1, 12, "", true).text));
-    EXPECT_FALSE(equals(block.substr(0, block.size() - 1)));
-    plugin.parameter(3).setValue(1.0f, 0);
-    plugin.currentPreset().setModified(false);
-    EXPECT_FALSE(equals(block + stateBlock(3, 12, "", false).text));
 }
 
 } // namespace

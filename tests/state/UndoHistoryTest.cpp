@@ -38,27 +38,6 @@ protected:
     ZelkPlugin plugin;
 };
 
-TEST_F(UndoHistoryTest, KeepsNinetyNineStepsAndANewStepEndsRedo) {
-    begin();
-    plugin.undoHistory().undo();
-    EXPECT_EQ(gain(), 0.0f);
-    for (int i = 1; i <= 150; ++i)
-        edit(static_cast<float>(i) / 10.0f);
-    EXPECT_EQ(plugin.undoHistory().undoSteps(), 99);
-    while (plugin.undoHistory().canUndo())
-        plugin.undoHistory().undo();
-    EXPECT_EQ(gain(), 5.1f);
-    EXPECT_EQ(plugin.undoHistory().redoSteps(), 99);
-    for (int i = 0; i < 10; ++i)
-        plugin.undoHistory().redo();
-    EXPECT_EQ(gain(), 6.1f);
-    edit(-3.0f);
-    EXPECT_FALSE(plugin.undoHistory().canRedo());
-    begin(); // a second opening of the window keeps the history
-    plugin.undoHistory().undo();
-    EXPECT_EQ(gain(), 6.1f);
-}
-
 TEST_F(UndoHistoryTest, OnlyARealMoveIsAChange) {
     begin();
     EXPECT_FALSE(plugin.undoHistory().hasChanges());
