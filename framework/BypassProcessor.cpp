@@ -1,7 +1,7 @@
 #include "framework/BypassProcessor.h"
 
 #include "base/FloatTolerance.h"
-#include "wave/BlockMath.h"
+#include "wave/SoundCopy.h"
 
 #include <algorithm>
 #include <cmath>
@@ -58,9 +58,7 @@ void GenericPluginProcessor::BypassProcessor::process(const Buffers& buffers, st
     bool broken = false;
     if (runs) {
         owner.runGraph(wet, samples);
-        broken = !isFinite(samples);
-        if (broken)
-            std::fill(wet.begin(), wet.end(), owner.environment().zeroBlock.data());
+        broken = !endsFinite(count);
         if (tailSamples > 0) {
             tailSamples = std::max(tailSamples - samples, 0);
             if (tailSamples == 0 && !owner.environment().allAtRest())
@@ -95,9 +93,11 @@ void GenericPluginProcessor::BypassProcessor::advanceWait(std::size_t count) noe
     }
 }
 
-bool GenericPluginProcessor::BypassProcessor::isFinite(std::int32_t count) const noexcept REALTIME {
+// What broke in a memory is in every sample from there on, so the last one tells. Single samples that overflow and
+// leave no trace are taken out where the output is written.
+bool GenericPluginProcessor::BypassProcessor::endsFinite(std::size_t count) const noexcept REALTIME {
     return std::all_of(wet.begin(), wet.end(),
-                       [count](const float* samples) { return wave::allFinite(samples, count); });
+                       [count](const float* samples) { return std::isfinite(samples[count - 1]); });
 }
 
 std::size_t GenericPluginProcessor::BypassProcessor::longestPiece() const noexcept REALTIME {
@@ -140,8 +140,7 @@ void GenericPluginProcessor::BypassProcessor::writeOutputs(const Buffers& buffer
         float* const out = buffers.outputs[channel] + position;
         const float* const wetSamples = wet[channel];
         if (onlyWet) {
-            if (out != wetSamples)
-                std::copy_n(wetSamples, count, out);
+            wave::copySound(wetSamples, static_cast<std::int32_t>(count), out);
             continue;
         }
         const float* const dry = dryOf(channel, inputOf(channel, buffers, position), out, count);
@@ -152,9 +151,11 @@ void GenericPluginProcessor::BypassProcessor::writeOutputs(const Buffers& buffer
             const float amount = m[0];
             for (std::size_t i = 0; i < count; ++i)
                 out[i] = (dry[i] - wetSamples[i]) * amount + wetSamples[i];
+            wave::copySound(out, static_cast<std::int32_t>(count), out);
         } else {
             for (std::size_t i = 0; i < count; ++i)
                 out[i] = (dry[i] - wetSamples[i]) * m[i] + wetSamples[i];
+            wave::copySound(out, static_cast<std::int32_t>(count), out);
         }
     }
 }

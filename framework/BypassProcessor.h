@@ -43,7 +43,7 @@ private:
     const float* inputOf(std::size_t channel, const Buffers& buffers, std::size_t position) const noexcept REALTIME;
     // Where the dry signal of the piece stands: the input, or out, into which the delay was read.
     const float* dryOf(std::size_t channel, const float* input, float* out, std::size_t count) noexcept REALTIME;
-    [[nodiscard]] bool isFinite(std::int32_t count) const noexcept REALTIME; // the wet signal
+    [[nodiscard]] bool endsFinite(std::size_t count) const noexcept REALTIME; // the wet signal
     static bool isSilent(const Buffers& buffers, std::size_t position, std::size_t count) noexcept REALTIME;
     float wantedFade() const noexcept REALTIME { return bypassed ? 1.0f : 0.0f; }
 

@@ -5,7 +5,6 @@
 
 #include "base/Realtime.h"
 
-#include <bit>
 #include <cmath>
 #include <cstdint>
 
@@ -33,27 +32,6 @@ inline void updateBlock(float* __restrict out, std::int32_t count, Law law,
     const std::int32_t whole = wholeGroups(count);
     for (std::int32_t index = 0; index < whole; ++index)
         out[index] = law(out[index], inputs[index]...);
-}
-
-// 360 dB above full scale: no sample beyond is sound. What is below overflows in no filter by itself; only more than a
-// dozen bands in a row, all at their most, reach the end of the numbers.
-inline constexpr float loudest = 1e18f;
-
-// Copies, with 0 in place of all that is no sound: not-a-number, infinity and magnitudes above the loudest. The other
-// samples stay as they are, bit by bit. May work in place.
-inline void copySound(const float* in, std::int32_t count, float* out) noexcept REALTIME {
-    for (std::int32_t index = 0; index < count; ++index)
-        out[index] = std::fabs(in[index]) <= loudest ? in[index] : 0.0f;
-}
-
-// False: there is an infinity or a not-a-number among the samples.
-inline bool allFinite(const float* samples, std::int32_t count) noexcept REALTIME {
-    // On the bits, since the compiler may not reorder a sum of floats. An exponent of all ones overflows into the sign.
-    constexpr std::uint32_t exponent = 0x7F800000;
-    std::uint32_t seen = 0;
-    for (std::int32_t index = 0; index < count; ++index)
-        seen |= (std::bit_cast<std::uint32_t>(samples[index]) & exponent) + 0x00800000;
-    return (seen & 0x80000000) == 0;
 }
 
 // The largest or smallest value, or magnitude, of `count` samples and `start`. A not-a-number never wins.

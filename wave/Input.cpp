@@ -1,6 +1,6 @@
 #include "wave/Input.h"
 
-#include "wave/BlockMath.h"
+#include "wave/SoundCopy.h"
 
 #include <algorithm>
 
