@@ -14,8 +14,9 @@ void ClapAudioBlock::setShape(std::span<const clap_audio_port_info> inputPorts, 
 }
 
 void ClapAudioBlock::prepare(std::uint32_t frames) {
-    silence.assign(frames, 0.0f);
-    nowhere.assign(frames, 0.0f);
+    const std::uint32_t length = std::min(frames, longestPrepared);
+    silence.assign(length, 0.0f);
+    nowhere.assign(length, 0.0f);
 }
 
 void ClapAudioBlock::begin(const clap_process& block) noexcept REALTIME {
@@ -64,6 +65,16 @@ void ClapAudioBlock::advance(std::size_t frames) noexcept REALTIME {
     for (float*& output : std::span(outputs).first(outputCount))
         if (output != nowhere.data())
             output += frames;
+}
+
+// Only at the end of a block: a host may have laid them over inputs.
+void ClapAudioBlock::silenceFurtherOutputs(const clap_process& block) const noexcept REALTIME {
+    if (block.audio_outputs == nullptr || block.audio_outputs_count == 0 || block.audio_outputs[0].data32 == nullptr)
+        return;
+    const clap_audio_buffer& given = block.audio_outputs[0];
+    for (std::size_t channel = outputCount; channel < given.channel_count; ++channel)
+        if (given.data32[channel] != nullptr)
+            std::fill_n(given.data32[channel], block.frames_count, 0.0f);
 }
 
 GenericPluginProcessor::Buffers ClapAudioBlock::buffers() noexcept REALTIME {

@@ -15,14 +15,17 @@
 
 class ClapAudioBlock {
 public:
-    static constexpr std::size_t channelLimit = 32; // each side
+    static constexpr std::size_t channelLimit = 32;           // each side
+    static constexpr std::uint32_t longestPrepared = 1 << 16; // frames; hosts may promise blocks without end
 
     void setShape(std::span<const clap_audio_port_info> inputPorts, std::uint32_t outputChannels); // [main & !active]
-    void prepare(std::uint32_t frames); // [main & !active] the longest block of the host
+    // [main & !active] the longest block that the host promises; beyond `longestPrepared` it comes in several spans
+    void prepare(std::uint32_t frames);
 
     // Gathers the channels. Those that the host leaves out, wherever they stand, read silence and write nowhere.
     void begin(const clap_process& block) noexcept REALTIME;
     void advance(std::size_t frames) noexcept REALTIME;
+    void silenceFurtherOutputs(const clap_process& block) const noexcept REALTIME; // channels beyond those of the port
 
     GenericPluginProcessor::Buffers buffers() noexcept REALTIME;
     bool allSilent() const noexcept REALTIME { return silent; } // every input is told to be constant 0

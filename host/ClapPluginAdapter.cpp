@@ -121,6 +121,7 @@ std::int32_t ClapPluginAdapter::process(const clap_process& block) noexcept REAL
             break; // an empty block, or nothing was prepared
         blockOffset = end;
     } while (blockOffset < block.frames_count);
+    audio.silenceFurtherOutputs(block);
     if (block.audio_outputs != nullptr && block.audio_outputs_count > 0 &&
         block.audio_outputs[0].channel_count == audio.buffers().outputs.size())
         block.audio_outputs[0].constant_mask = silent ? everyChannel : 0;
