@@ -1,5 +1,7 @@
-// zelk_soak [seconds of audio] [together]: SEED=n repeats a run, "together" keeps all work on one thread so that it
-// repeats to the sample. Exit status 1 when something was found.
+// zelk_soak crowd [instances]: what each of many instances takes. zelk_soak [seconds of audio] [together]: SEED=n
+// repeats a run, "together" keeps all work on one thread so that it repeats to the sample. Exit status 1 when something
+// was found.
+#include "tests/soak/Crowd.h"
 #include "tests/soak/Soak.h"
 
 #include <chrono>
@@ -9,7 +11,21 @@
 #include <random>
 #include <string_view>
 
+namespace {
+
+int runCrowd(std::size_t instances) {
+    const Crowd crowd = Crowd::run(ZELK_PLUGIN_FILE, instances);
+    std::cout << instances << " instances of 16 channels and 24 bells, each: " << crowd.bytes / 1048576.0 << " MiB, "
+              << crowd.createMs << " ms to create, " << crowd.nanoseconds << " ns a frame; " << crowd.bytesLeft
+              << " bytes left behind the last, output " << (crowd.finite ? "finite" : "NOT finite") << '\n';
+    return crowd.finite ? 0 : 1;
+}
+
+} // namespace
+
 int main(int argumentCount, char** arguments) {
+    if (argumentCount > 1 && std::string_view(arguments[1]) == "crowd")
+        return runCrowd(argumentCount > 2 ? std::strtoul(arguments[2], nullptr, 10) : 100);
     Soak::Plan plan;
     if (argumentCount > 1)
         plan.seconds = std::atof(arguments[1]);
