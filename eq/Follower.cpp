@@ -1,5 +1,7 @@
 #include "eq/Follower.h"
 
+#include "eq/FollowerKernels.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -29,28 +31,16 @@ void Follower::follow(const float* in, float* out, std::int32_t count) noexcept 
         followMoving(in, out, count, attacks.data(), releases.data());
         return;
     }
-    const double up = rising.of(attacks[0], environment.sampleRate);
-    const double down = falling.of(releases[0], environment.sampleRate);
-    double level = state;
-    for (std::int32_t i = 0; i < count; ++i) {
-        const double step = static_cast<double>(in[i]) - level;
-        level += (step > 0.0 ? up : down) * step;
-        out[i] = static_cast<float>(level);
-    }
-    state = level;
+    const FollowerSteps steps{rising.of(attacks[0], environment.sampleRate),
+                              falling.of(releases[0], environment.sampleRate)};
+    state = followerKernel()(steps, state, in, out, count);
 }
 
 void Follower::followMoving(const float* in, float* out, std::int32_t count, const float* attacks,
                             const float* releases) noexcept REALTIME {
-    double level = state;
     for (std::int32_t first = 0; first < count; first += group) {
-        const double up = rising.of(attacks[first], environment.sampleRate);
-        const double down = falling.of(releases[first], environment.sampleRate);
-        for (std::int32_t i = first; i < std::min(first + group, count); ++i) {
-            const double step = static_cast<double>(in[i]) - level;
-            level += (step > 0.0 ? up : down) * step;
-            out[i] = static_cast<float>(level);
-        }
+        const FollowerSteps steps{rising.of(attacks[first], environment.sampleRate),
+                                  falling.of(releases[first], environment.sampleRate)};
+        state = plainFollowerKernel()(steps, state, in + first, out + first, std::min(group, count - first));
     }
-    state = level;
 }
