@@ -160,6 +160,13 @@ void BiquadProcessor::enqueue(std::int32_t count, const double* row, float scale
     scales->enqueue(count, &scale);
 }
 
+double* BiquadProcessor::enqueueSingles(std::int32_t count, float scale) noexcept REALTIME {
+    double* const first = rows->appendSingles(count);
+    if (first != nullptr)
+        scales->enqueue(count, &scale);
+    return first;
+}
+
 void BiquadProcessor::process(std::int32_t count) noexcept REALTIME {
     const bool passes = isOff() || scales->holdsOnly(0.0f);
     for (BiquadProcessor* const each : {this, partner}) {

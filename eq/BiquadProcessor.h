@@ -61,6 +61,8 @@ public:
                     std::int32_t count) noexcept REALTIME;
     // scale: the share of the filtered signal, on top of the fade.
     void enqueue(std::int32_t count, const double* row, float scale) noexcept REALTIME;
+    // A row for each of `count` samples, which the caller fills in; null if the queue has not as much room.
+    double* enqueueSingles(std::int32_t count, float scale) noexcept REALTIME;
     void process(std::int32_t count) noexcept REALTIME; // of a linked pair: both channels
 
     // For whoever runs the sections without this: nothing fades, nothing waits for a reset.

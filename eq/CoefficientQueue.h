@@ -24,6 +24,10 @@ public:
     // the lengths of the runs always add up to what was queued.
     void enqueue(std::int32_t count, const T* row) noexcept REALTIME;
 
+    // Room for `count` runs of one sample, to be filled in at once by whoever knows that the rows differ. Null, with
+    // nothing changed, if there is not as much.
+    T* appendSingles(std::int32_t count) noexcept REALTIME;
+
     // Empties the queue; its last row stays readable as the front until the next enqueue.
     void restart() noexcept REALTIME;
 
@@ -80,4 +84,16 @@ inline void CoefficientQueue<T, group>::enqueue(std::int32_t count, const T* row
         lengths[used - 1] += length;
     }
     copyRow(row, used - 1);
+}
+
+template <typename T, std::size_t group>
+inline T* CoefficientQueue<T, group>::appendSingles(std::int32_t count) noexcept REALTIME {
+    const auto runs = static_cast<std::size_t>(count);
+    if (capacity - used < runs)
+        return nullptr;
+    for (std::size_t i = 0; i < runs; ++i)
+        lengths[used + i] = 1;
+    T* const first = rows.get() + used * rowLength;
+    used += runs;
+    return first;
 }

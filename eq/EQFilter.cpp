@@ -12,6 +12,7 @@ namespace {
 constexpr float coarseStep = 0.1f;           // octaves that a row may lag behind between two looks at all settings
 constexpr std::int32_t coarsePeriod = 4;     // samples between two looks at the frequency
 constexpr std::int32_t finePeriod = 32;      // samples between two looks at all settings
+constexpr std::int32_t fewestMoves = 4;      // samples that are worth it to be queued at once
 constexpr float smallestGain = 0.01f;        // dB that is designed: below, sections would be flat and have no poles
 constexpr float fadeGain = 0.05f;            // dB below which the filtered signal fades out
 constexpr float highestTangent = 3.1315928f; // radians per sample, 0.01 below Nyquist
@@ -24,6 +25,21 @@ void lendPoles(const double* section, double* flat) noexcept {
     flat[1] = section[1];
     flat[3] = (section[1] - section[0]) * constant;
     flat[4] = constant;
+}
+
+// Of one section, for a gain a sample.
+void interpolateSection(const double* low, const double* high, float gainLow, const float* gains, std::int32_t count,
+                        double* rows, std::size_t rowLength) noexcept {
+    std::array<double, sectionLength> from, slope; // of its own, so that the rows cannot lie over them
+    for (std::size_t i = 0; i < sectionLength; ++i) {
+        from[i] = low[i];
+        slope[i] = high[i] - low[i];
+    }
+    for (std::int32_t k = 0; k < count; ++k, rows += rowLength) {
+        const double distance = static_cast<double>(gains[k] - gainLow);
+        for (std::size_t i = 0; i < sectionLength; ++i)
+            rows[i] = from[i] + slope[i] * distance;
+    }
 }
 
 } // namespace
@@ -121,7 +137,7 @@ void EQFilter::calculateCoefficients(std::int32_t count, BiquadProcessor& wanted
         designRow(values.gain[0], false);
         wanted.enqueue(count, currentRow.data(), mixScale);
     } else if (gainModulated && gains.isConstant == 0) {
-        followGain(values, count, wanted);
+        followGain(values, count, frequencies.isConstant != 0 && qs.isConstant != 0, wanted);
     } else {
         followFrequency(values, count, wanted);
     }
@@ -170,14 +186,35 @@ EQFilter::Look EQFilter::nextLook() noexcept REALTIME {
     return samplesToLook-- % coarsePeriod == 0 ? Look::frequency : Look::nothing;
 }
 
+// What comes of as many looks that find nothing.
+void EQFilter::passLooks(std::int32_t count) noexcept REALTIME {
+    samplesToLook = (samplesToLook - count) & (finePeriod - 1);
+}
+
 bool EQFilter::strayed(float newFrequency) const noexcept REALTIME {
     return std::fabs(newFrequency - lastFrequency) > coarseStep;
 }
 
 // A gain that moves costs an interpolation a sample; only a frequency or Q that moved costs a design.
-void EQFilter::followGain(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {
+void EQFilter::followGain(const Values& values, std::int32_t count, bool aloneMoves,
+                          BiquadProcessor& wanted) noexcept REALTIME {
     std::int32_t begin = 0;
     for (std::int32_t i = 0; i < count; ++i) {
+        if (aloneMoves && bracketActive && nearlyEqual(values.frequency[i], lastFrequency) &&
+            nearlyEqual(values.q[i], lastQ)) {
+            const std::int32_t moves = countMoves(values.gain + i, count - i);
+            if (moves >= fewestMoves) {
+                if (i > begin)
+                    wanted.enqueue(i - begin, currentRow.data(), mixScale);
+                begin = i;
+                if (queueMoves(values.gain + i, moves, wanted)) {
+                    passLooks(moves);
+                    i += moves - 1;
+                    begin = i;
+                    continue;
+                }
+            }
+        }
         const Look look = nextLook();
         bool moved = look != Look::nothing && strayed(values.frequency[i]);
         if (look == Look::allSettings)
@@ -192,6 +229,34 @@ void EQFilter::followGain(const Values& values, std::int32_t count, BiquadProces
         designRow(values.gain[i], !moved);
     }
     wanted.enqueue(count - begin, currentRow.data(), mixScale);
+}
+
+// Samples that each move the gain, inside the bracket and where nothing fades.
+std::int32_t EQFilter::countMoves(const float* gains, std::int32_t count) const noexcept REALTIME {
+    float before = lastGain;
+    std::int32_t moves = 0;
+    for (; moves < count; ++moves) {
+        const float now = gains[moves];
+        if (nearlyEqual(now, before) || now < gainLow || now > gainHigh || std::fabs(now) < fadeGain)
+            break;
+        before = now;
+    }
+    return moves;
+}
+
+// Such samples at once: all rows but the last go into the queue, that one is the current row. False, with nothing
+// changed: the queue has no room.
+bool EQFilter::queueMoves(const float* gains, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {
+    double* const rows = wanted.enqueueSingles(count - 1, 1.0f);
+    if (rows == nullptr)
+        return false;
+    const std::size_t rowLength = sectionCount * sectionLength;
+    for (std::size_t s = 0; s < rowLength; s += sectionLength)
+        interpolateSection(lowRow.data() + s, highRow.data() + s, gainLow, gains, count - 1, rows + s, rowLength);
+    lastGain = gains[count - 1];
+    mixScale = 1.0f;
+    interpolateRow(lastGain);
+    return true;
 }
 
 void EQFilter::followFrequency(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME {

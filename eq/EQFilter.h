@@ -67,9 +67,13 @@ private:
         samplesToLook = 0;
     }
     Look nextLook() noexcept REALTIME;
+    void passLooks(std::int32_t count) noexcept REALTIME;
     bool strayed(float newFrequency) const noexcept REALTIME;
     bool differs(const Values& values, std::int32_t i) const noexcept REALTIME;
-    void followGain(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME;
+    void followGain(const Values& values, std::int32_t count, bool aloneMoves,
+                    BiquadProcessor& wanted) noexcept REALTIME;
+    std::int32_t countMoves(const float* gains, std::int32_t count) const noexcept REALTIME;
+    bool queueMoves(const float* gains, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME;
     void followFrequency(const Values& values, std::int32_t count, BiquadProcessor& wanted) noexcept REALTIME;
     void updateFrequency(float newFrequency, float newQ) noexcept REALTIME;
     void designRow(float newGain, bool interpolate) noexcept REALTIME;

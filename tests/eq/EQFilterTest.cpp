@@ -183,6 +183,45 @@ TEST(EQFilter, AMovingGainIsInterpolatedWithinADbAndDesignedWhereItStandsOrJumps
     }
 }
 
+// Rows and scales, a set for each sample: the gain of 1,530 samples swings through 0, jumps, stands and goes on, and
+// the frequency jumps and glides under it.
+std::vector<double> movingRows(std::size_t block, FilterSlope slope) {
+    CoefficientRig rig(true);
+    rig.filter.slope = slope;
+    Sound gains(1530);
+    for (std::size_t i = 0; i < gains.size(); ++i)
+        gains[i] =
+            i % 510 > 400 ? gains[i - 1] : (i < 765 ? 0.9f : -25.0f) + 4.0f * std::sin(0.02f * static_cast<float>(i));
+    rig.inputs[0].setSamples(gains);
+    rig.filter.gain.connect(&rig.inputs[0]);
+    std::vector<double> all;
+    for (std::size_t done = 0; done < gains.size(); done += block) {
+        if (done == 510 || done == 1275)
+            rig.filter.frequency.parameter().setValue(done == 510 ? 11.0f : 8.0f, 0.0f);
+        rig.calculate(static_cast<std::int32_t>(block));
+        const std::span<const std::uint32_t> scaled = rig.shown.getScales().runLengths();
+        std::vector<double> scales;
+        for (std::size_t run = 0; run < scaled.size(); ++run)
+            scales.insert(scales.end(), scaled[run], static_cast<double>(*rig.shown.getScales().row(run)));
+        std::size_t sample = 0;
+        for (std::size_t run = 0; run < rig.runs().size(); ++run)
+            for (std::uint32_t i = 0; i < rig.runs()[run]; ++i) {
+                const std::vector<double> row = rig.shownRow(run);
+                all.insert(all.end(), row.begin(), row.end());
+                all.push_back(scales.at(sample++));
+            }
+    }
+    return all;
+}
+
+TEST(EQFilter, AMovingGainGetsTheSameRowsHoweverTheHostCutsTheTime) {
+    for (const FilterSlope slope : {FilterSlope::db12, FilterSlope::db48}) {
+        const std::vector<double> sampleBySample = movingRows(1, slope);
+        EXPECT_EQ(sampleBySample, movingRows(3, slope));
+        EXPECT_EQ(sampleBySample, movingRows(255, slope));
+    }
+}
+
 TEST(EQFilter, RunsABrickwallWithClearedMemoryAndAllElseFromThePresentInput) {
     FilterRig rig;
     EQFilter filter(rig.environment, 8, 4);
