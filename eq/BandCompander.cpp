@@ -19,23 +19,27 @@ float shapedRelease(float share) noexcept {
     return to[piece] + std::clamp(place, 0.0f, 1.0f) * (to[piece + 1] - to[piece]);
 }
 
+// Divides once and asks nothing of a level, so that a loop over levels runs on several at once.
 struct GainLaw {
-    float threshold;
-    float knee;
-    float ratio;
-    float limit;
+    GainLaw(float thresholdDb, float kneeDb, float ratio, float limitDb) noexcept
+        : threshold(thresholdDb)
+        , half(kneeDb > floatTolerance ? 0.5f * kneeDb : -1.0f)
+        , perKnee(kneeDb > floatTolerance ? 1.0f / kneeDb : 0.0f)
+        , taken(ratio < BandCompander::limitingRatio ? 1.0f / ratio : 0.0f)
+        , limit(limitDb) {}
 
     float amount(float level) const noexcept {
-        const float half = 0.5f * knee;
-        float over = level - threshold;
-        if (knee > floatTolerance && std::fabs(over) <= half) {
-            const float share = (half + over) / knee;
-            over = share * share * half;
-        }
-        if (ratio < BandCompander::limitingRatio)
-            over -= over / ratio;
-        return std::min(std::max(over, 0.0f), limit);
+        const float straight = level - threshold;
+        const float share = (half + straight) * perKnee;
+        const float over = std::fabs(straight) <= half ? share * share * half : straight;
+        return std::min(std::max(0.0f, over - over * taken), limit); // 0 too where a ratio of 0 leaves no number
     }
+
+    float threshold;
+    float half;    // of the knee; below 0: none
+    float perKnee; // 1 / knee
+    float taken;   // share of what is over the threshold: 1 / ratio
+    float limit;
 };
 
 bool allAlike(const wave::BasicBlock<float>& block, std::int32_t count) noexcept {
