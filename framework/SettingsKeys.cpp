@@ -21,7 +21,7 @@ SettingsKey machineSettingsKey(const VersionInfo& product) {
 }
 
 SettingsKey makerSettingsKey() {
-    return {SettingsKey::Root::user, std::string(VersionInfo::makerName()) + "/maker"};
+    return {SettingsKey::Root::user, std::string(VersionInfo::makerName())};
 }
 
 std::string standardPresetFolder(const VersionInfo& product) {

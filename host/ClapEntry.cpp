@@ -25,13 +25,12 @@ std::unique_ptr<const ClapDescriptorBlock> buildBlock() {
     return std::make_unique<const ClapDescriptorBlock>(info);
 }
 
-// The host's path is not compared: links and mounts give one file many names. Our own code knows where it lies.
-bool initEntry(const char*) noexcept {
+bool initEntry(const char* path) noexcept {
     const ScopedLock lock(processSection());
     if (useCount++ > 0)
         return true;
     try {
-        if (findOwnModule(modulePath)) {
+        if (findOwnModule(path != nullptr ? path : "", modulePath)) {
             block = buildBlock();
             return true;
         }

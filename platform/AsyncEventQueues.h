@@ -6,5 +6,5 @@
 
 #include <memory>
 
-// Here the queue needs a carrier: the host's callback on the main thread.
+// The queue needs a carrier, such as the host's callback on the main thread, where no message loop empties it.
 std::unique_ptr<AsyncEventQueue> createAsyncEventQueue();

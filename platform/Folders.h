@@ -7,11 +7,8 @@
 #include <string>
 
 // UTF-8 paths that end in a separator. Empty: this user has no such place, and whoever asked goes without files.
-std::string homeFolder();
-std::string userDataFolder();      // for files that a program keeps for itself
-std::string userConfigFolder();    // for settings
-std::string machineConfigFolder(); // for settings that an administrator gives to all users
-std::string documentsFolder();     // for files that the user is meant to see
+std::string userDataFolder();  // for files that a program keeps for itself
+std::string documentsFolder(); // for files that the user is meant to see
 
 [[nodiscard]] bool directoryExists(const std::string& path);
 [[nodiscard]] bool createDirectories(const std::string& path); // with its parents; false: it does not exist afterwards

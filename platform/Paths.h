@@ -1,4 +1,4 @@
-// Texts of paths, UTF-8 with the separator of the platform; on POSIX any bytes.
+// Texts of paths, UTF-8 with the separator of the platform; on POSIX any bytes, on Windows also "/" as it comes in.
 // Threads: any.
 #pragma once
 
@@ -7,6 +7,7 @@
 #include <string_view>
 
 inline constexpr char pathSeparator = static_cast<char>(std::filesystem::path::preferred_separator);
+inline constexpr std::string_view pathSeparators = pathSeparator == '/' ? "/" : "\\/"; // that may come in
 
 std::string appendPath(std::string_view folder, std::string_view name); // exactly one separator between them
 std::string withTrailingSeparator(std::string_view path);

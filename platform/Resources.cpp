@@ -1,5 +1,6 @@
 #include "platform/Resources.h"
 
+#include "platform/ModuleResources.h"
 #include "platform/Paths.h"
 
 #include <algorithm>
@@ -13,13 +14,15 @@ char upperCase(char c) noexcept {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-const EmbeddedResource* findResource(std::string_view name) noexcept {
+bool findResource(std::string_view name, std::string_view& bytes) {
     const std::string_view wanted = stripExtension(name);
     for (const EmbeddedResource& resource : embedded)
         if (std::equal(wanted.begin(), wanted.end(), resource.name.begin(), resource.name.end(),
-                       [](char a, char b) { return upperCase(a) == upperCase(b); }))
-            return &resource;
-    return nullptr;
+                       [](char a, char b) { return upperCase(a) == upperCase(b); })) {
+            bytes = resource.bytes;
+            return true;
+        }
+    return findModuleResource(wanted, bytes);
 }
 
 } // namespace
@@ -28,13 +31,14 @@ void setEmbeddedResources(std::span<const EmbeddedResource> table) noexcept {
     embedded = table;
 }
 
-bool resourceExists(std::string_view name) noexcept {
-    return findResource(name) != nullptr;
+bool resourceExists(std::string_view name) {
+    std::string_view bytes;
+    return findResource(name, bytes);
 }
 
 std::unique_ptr<std::istream> openResource(std::string_view name) {
-    const EmbeddedResource* const resource = findResource(name);
-    if (resource == nullptr)
+    std::string_view bytes;
+    if (!findResource(name, bytes))
         throw EResource("Resource not found");
-    return std::make_unique<std::istringstream>(std::string(resource->bytes), std::ios::in | std::ios::binary);
+    return std::make_unique<std::istringstream>(std::string(bytes), std::ios::in | std::ios::binary);
 }

@@ -14,7 +14,8 @@ struct EmbeddedResource {
     std::string_view bytes;
 };
 
-// The one table, given by the library or the program that has it before anything asks.
+// The one table, given by the library or the program that has it before anything asks. What it lacks is looked for
+// among the resources that the system's loader keeps with the library.
 void setEmbeddedResources(std::span<const EmbeddedResource> table) noexcept; // constant data; [main]
 
 class EResource : public std::runtime_error {
@@ -23,5 +24,5 @@ public:
 };
 
 // The extension of a name does not count, nor does case.
-bool resourceExists(std::string_view name) noexcept;
+bool resourceExists(std::string_view name);
 std::unique_ptr<std::istream> openResource(std::string_view name); // throws EResource when there is none

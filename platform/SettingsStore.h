@@ -16,7 +16,7 @@ struct SettingsKey {
     enum class Root { user, machine };
 
     Root root = Root::user;
-    std::string path; // "Tessivane/Zelk/3.0", names of folders with "/" between them
+    std::string path; // "Tessivane/Zelk/3.0", or "Tessivane" for all that this maker makes
 };
 
 bool settingsExist(const SettingsKey& key);
@@ -25,5 +25,6 @@ bool settingsExist(const SettingsKey& key);
 SettingValues readSettings(const SettingsKey& key);
 
 // Replaces the values of these names and leaves those of other names as another program may have written them
-// meanwhile. It is done wholly or not at all, for every other process and after a crash too. False: nothing is stored.
+// meanwhile. In files it is done wholly or not at all, for every other process and after a crash too; a registry takes
+// each value for itself. False: not all is stored.
 [[nodiscard]] bool writeSettings(const SettingsKey& key, const SettingValues& changed);

@@ -6,6 +6,9 @@ zelk_jobs=$(nproc)
 # What every build takes. Tests, benchmarks and tools belong to the default target, so that nothing rots unseen.
 zelk_build_packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libfftw3-dev libsndfile1-dev zlib1g-dev libfftw3-dev)
 
+# What the build for Windows takes, and what runs it here. GoogleTest is built from its sources.
+zelk_windows_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest wine wine64)
+
 say() {
     printf '%s\n' "$*"
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <fstream>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -39,6 +40,10 @@ std::string withoutLinks(const std::string& path) {
 }
 
 } // namespace
+
+std::unique_ptr<std::fstream> openFile(const std::string& path, std::ios::openmode mode) {
+    return std::make_unique<std::fstream>(path, mode);
+}
 
 bool fileExists(const std::string& path) noexcept {
     struct stat facts;

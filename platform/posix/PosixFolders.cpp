@@ -1,3 +1,4 @@
+#include "platform/posix/PosixFolders.h"
 #include "platform/Folders.h"
 
 #include <algorithm>

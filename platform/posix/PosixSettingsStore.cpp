@@ -5,6 +5,7 @@
 #include "platform/Paths.h"
 #include "platform/SettingsStore.h"
 #include "platform/SettingsText.h"
+#include "platform/posix/PosixFolders.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -45,7 +46,10 @@ private:
 
 std::string fileOf(const SettingsKey& key) {
     const std::string folder = key.root == SettingsKey::Root::user ? userConfigFolder() : machineConfigFolder();
-    return folder.empty() || key.path.empty() ? std::string() : folder + key.path + ".conf";
+    if (folder.empty() || key.path.empty())
+        return {};
+    const bool isMakers = key.path.find('/') == std::string::npos; // beside the folders of its products
+    return folder + key.path + (isMakers ? "/maker.conf" : ".conf");
 }
 
 SettingValues valuesOf(const std::string& file) {

@@ -105,17 +105,17 @@ void readState(std::string_view bytes) {
 
 void readArchive(std::string_view bytes) {
     World& world = World::get();
-    const std::string target = world.home.path() + "fuzz/target";
+    const std::string target = world.home.path("fuzz/target");
     static_cast<void>(ResourceArchive(bytes).unpack("FactoryPresets", target, FactoryFiles::overwrite));
     std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(world.home.path() + "fuzz", error))
+    for (const auto& entry : std::filesystem::directory_iterator(world.home.path("fuzz"), error))
         release_assert(entry.path() == target); // nothing leads out of it
-    std::filesystem::remove_all(world.home.path() + "fuzz", error);
+    std::filesystem::remove_all(world.home.path("fuzz"), error);
 }
 
 void readCache(std::string_view bytes) {
     World& world = World::get();
-    release_assert(createDirectories(world.home.path() + "cache"));
+    release_assert(createDirectories(world.home.path("cache")));
     const std::string path = world.file("cache/PresetCache.dat", bytes);
     PresetCache cache(path, {{"ZK3p"}, 4});
     cache.load();
@@ -125,9 +125,9 @@ void readCache(std::string_view bytes) {
 
 void readFavorites(std::string_view bytes) {
     World& world = World::get();
-    release_assert(createDirectories(world.home.path() + "liked"));
+    release_assert(createDirectories(world.home.path("liked")));
     world.file("liked/Favorites.txt", bytes);
-    const std::string root = world.home.path() + "liked/";
+    const std::string root = world.home.path("liked/");
     const std::set<std::string> found = ::readFavorites(root);
     release_assert(writeFavorites(root, found, found));
     release_assert(::readFavorites(root) == found);

@@ -1,3 +1,4 @@
+#include "framework/SettingsKeys.h"
 #include "tests/support/ClapTestHost.h"
 #include "tests/support/TemporaryHome.h"
 
@@ -89,7 +90,7 @@ protected:
 };
 
 TEST_F(ClapPresetProviderTest, TellsWherePresetsLieAndWhatIsInThem) {
-    const std::string root = home.path() + "Documents/Tessivane/Presets/Zelk 3/";
+    const std::string root = home.path("Documents/Tessivane/Presets/Zelk 3/");
     const std::string inside = "Documents/Tessivane/Presets/Zelk 3/";
     std::string binary("ZK3p\4\0\0\0\1\0\0\0\0\0\0\0", 16);
     home.write(inside + "Bass/Sub.tvp", binary);
@@ -105,8 +106,8 @@ TEST_F(ClapPresetProviderTest, TellsWherePresetsLieAndWhatIsInThem) {
     EXPECT_EQ(told.lines, (Lines{"location 3|Zelk Preset Folder|0|" + root,
                                  "type Tessivane Preset|Preset for a Tessivane plugin|tvp"}));
     const std::string forUs = std::string("for clap|") + id;
-    EXPECT_EQ(describe(provider, root + "Bass/Sub.tvp", true),
-              (Lines{"preset Sub|" + root + "Bass/Sub.tvp", "flags 11", forUs}));
+    EXPECT_EQ(describe(provider, home.path(inside + "Bass/Sub.tvp"), true),
+              (Lines{"preset Sub|" + home.path(inside + "Bass/Sub.tvp"), "flags 11", forUs}));
     EXPECT_EQ(describe(provider, root + "Air.tvp", true),
               (Lines{"preset Air|" + root + "Air.tvp", "by Eve", "about Some air", forUs, "is air", "is voice"}));
     for (const char* refused : {"Bass", "none.tvp", "Foreign.tvp", "Favorites.txt"})
@@ -119,7 +120,7 @@ TEST_F(ClapPresetProviderTest, TellsWherePresetsLieAndWhatIsInThem) {
 
 TEST_F(ClapPresetProviderTest, FollowsTheUsersFolderAndAHostThatRefusesIt) {
     EXPECT_EQ(create("other"), nullptr);
-    home.write(".config/Tessivane/Zelk/3.0.conf", "PresetFolder=text:\"/elsewhere\"\n");
+    ASSERT_TRUE(writeSettings(productSettingsKey(VersionInfo("Zelk")), {{"PresetFolder", std::string("/elsewhere")}}));
     told.takesLocation = false;
     const clap_preset_discovery_provider* const provider = create();
     EXPECT_FALSE(provider->init(provider));

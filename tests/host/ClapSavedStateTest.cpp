@@ -131,7 +131,7 @@ TEST_F(ClapSavedStateTest, AStateThatEndsEarlySetsWhatItHoldsAndNoMore) {
 TEST_F(ClapSavedStateTest, APresetLoadTellsTheHostOnceAndAFailureWhy) {
     ClapTestInstance instance(library, host);
     const auto* presets = instance.extension<clap_plugin_preset_load>(CLAP_EXT_PRESET_LOAD);
-    const std::string path = home.path() + "Documents/Tessivane/Presets/Zelk 3/Dynamic/Vocals/De-Esser.tvp";
+    const std::string path = home.path("Documents/Tessivane/Presets/Zelk 3/Dynamic/Vocals/De-Esser.tvp");
     host.dirtyMarks = 0;
     ASSERT_TRUE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_FILE, path.c_str(), nullptr));
     EXPECT_EQ(host.presetsLoaded, std::vector<std::string>{path});
@@ -141,7 +141,7 @@ TEST_F(ClapSavedStateTest, APresetLoadTellsTheHostOnceAndAFailureWhy) {
     instance.start(48000.0, 64);
     instance.process(64);
     EXPECT_EQ(instance.taken.values.size(), 358u);
-    const std::string none = home.path() + "none.tvp";
+    const std::string none = home.path("none.tvp");
     EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_FILE, none.c_str(), nullptr));
     EXPECT_FALSE(presets->from_location(instance.plugin, CLAP_PRESET_DISCOVERY_LOCATION_PLUGIN, path.c_str(), "x"));
     ASSERT_EQ(host.presetErrors.size(), 1u);

@@ -106,7 +106,7 @@ TEST_F(UnifiedPluginAdapterTest, InstancesShareOneControllerMapAndTheLastOneSave
 TEST_F(UnifiedPluginAdapterTest, ProgramChangesLoadThePresetOfBankAndProgramWhenTheyAreEnabled) {
     const Instance instance = create();
     auto& plugin = dynamic_cast<GenericStatefulPlugin&>(instance->editorSide());
-    const std::string folder = home.path() + "numbered/";
+    const std::string folder = home.path("numbered/");
     ASSERT_TRUE(plugin.savePresetFile(folder + "0.tvp"));
     for (int number = 1; number < 300; ++number)
         std::filesystem::copy_file(folder + "0.tvp", folder + std::to_string(number) + ".tvp");

@@ -5,14 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
-
-#include <sys/resource.h>
-#include <sys/stat.h>
 
 namespace {
 
@@ -34,7 +29,7 @@ protected:
     }
 
     const TemporaryHome home;
-    const ControllerMapFile file{home.path() + "new/folder/"};
+    const ControllerMapFile file{home.path("new/folder/")};
     const std::string name = "new/folder/MidiControllerMap.tvm";
     ControllerMapping mapping;
     int notifications = 0;
@@ -76,11 +71,12 @@ TEST_F(ControllerMapFileTest, WhatIsNoMapLeavesTheTableAsItWas) {
         home.write(name, bytes);
         EXPECT_FALSE(file.load(mapping));
     }
-    std::filesystem::remove(home.path() + name);
-    ASSERT_EQ(mkfifo((home.path() + name).c_str(), 0600), 0);
-    EXPECT_FALSE(file.load(mapping)) << "a pipe";
-    std::filesystem::remove(home.path() + name);
-    std::filesystem::create_directory(home.path() + name);
+    std::filesystem::remove(home.path(name));
+    if (makePipe(home.path(name))) {
+        EXPECT_FALSE(file.load(mapping)) << "a pipe";
+        std::filesystem::remove(home.path(name));
+    }
+    std::filesystem::create_directory(home.path(name));
     EXPECT_FALSE(file.load(mapping)) << "a folder";
     EXPECT_FALSE(ControllerMapFile("").load(mapping));
     EXPECT_EQ(notifications, 1);
@@ -91,22 +87,10 @@ TEST_F(ControllerMapFileTest, WhatIsNoMapLeavesTheTableAsItWas) {
 TEST_F(ControllerMapFileTest, AFailedSaveKeepsTheOldFileAndTheChangeToBeSaved) {
     ASSERT_TRUE(file.save(mapping));
     mapping.set(20, 6);
-    const std::filesystem::path folder = std::filesystem::path(home.path() + name).parent_path();
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
-    if (std::ofstream(folder / "probe").is_open()) { // a user who may do all: a limit of the file size refuses instead
-        std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
-        std::filesystem::remove(folder / "probe");
-        rlimit before{};
-        ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-        const rlimit small{300, before.rlim_max}; // bytes
-        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const std::filesystem::path folder = std::filesystem::path(home.path(name)).parent_path();
+    {
+        const SavingFails fullDisk(home.path(name), 300);
         EXPECT_FALSE(file.save(mapping));
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handler);
-    } else {
-        EXPECT_FALSE(file.save(mapping));
-        std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
     }
     EXPECT_TRUE(mapping.modified);
     EXPECT_EQ(stored(20), 5);

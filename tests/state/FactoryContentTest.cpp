@@ -15,7 +15,7 @@ class FactoryContent : public StateTest {
 protected:
     // The folder is that below the root, with its separator.
     void forEach(const std::function<void(const std::string& folder, const Preset& preset)>& visit) {
-        const std::string root = home.path() + "Documents/Tessivane/Presets/Zelk 3/";
+        const std::string root = home.path("Documents/Tessivane/Presets/Zelk 3/");
         PresetManager manager(root, ".tvp");
         for (const Preset* preset : manager.allPresets()) {
             SCOPED_TRACE(preset->name);

@@ -43,7 +43,7 @@ class FactoryPresets : public StateTest {
 protected:
     bool unpack(const std::string& bytes, std::string_view name = "FactoryPresets",
                 FactoryFiles how = FactoryFiles::onlyMissing) {
-        return ResourceArchive(bytes).unpack(name, home.path() + "target", how);
+        return ResourceArchive(bytes).unpack(name, home.path("target"), how);
     }
 };
 
@@ -65,7 +65,7 @@ TEST_F(FactoryPresets, UnpackFromAHandMadeArchiveWhateverTheCaseOfTheFolder) {
     home.write("target/a.tvp", "once more");
     EXPECT_TRUE(unpack(bytes, "FactoryPresets", FactoryFiles::overwrite));
     EXPECT_EQ(home.read("target/a.tvp"), "first");
-    EXPECT_EQ(std::distance(std::filesystem::recursive_directory_iterator(home.path() + "target"), {}), 5);
+    EXPECT_EQ(std::distance(std::filesystem::recursive_directory_iterator(home.path("target")), {}), 5);
     EXPECT_FALSE(unpack(bytes, "Other"));
 }
 
@@ -87,7 +87,7 @@ TEST_F(FactoryPresets, DamageAndNamesThatLeadElsewhereAreRefused) {
         bad.push_back(good.substr(0, size));
     for (const std::string& bytes : bad)
         EXPECT_FALSE(unpack(bytes)) << bytes.size();
-    EXPECT_FALSE(std::filesystem::exists(home.path() + "a"));
+    EXPECT_FALSE(std::filesystem::exists(home.path("a")));
     std::string nested = file("x", "x");
     for (int i = 0; i < 100; ++i)
         nested = folder("d", nested);
@@ -96,7 +96,7 @@ TEST_F(FactoryPresets, DamageAndNamesThatLeadElsewhereAreRefused) {
 
 TEST_F(FactoryPresets, ThePackedOnesAreVersionFourWith334ValuesThatTheProductCanHold) {
     ZelkPlugin fresh; // unpacks them
-    const std::string root = home.path() + "Documents/Tessivane/Presets/Zelk 3/";
+    const std::string root = home.path("Documents/Tessivane/Presets/Zelk 3/");
     PresetManager manager(root, ".tvp");
     ASSERT_GE(manager.allPresets().size(), 3u);
     EXPECT_EQ(fresh.currentPreset().name(), "Default Setting");
@@ -105,7 +105,7 @@ TEST_F(FactoryPresets, ThePackedOnesAreVersionFourWith334ValuesThatTheProductCan
         ASSERT_EQ(std::filesystem::file_size(preset->path), 1348u) << preset->path;
         ZelkPlugin plugin;
         ASSERT_EQ(plugin.loadPresetFile(preset->path), "") << preset->path;
-        ASSERT_TRUE(plugin.presetParameters().save(home.path() + "again", 4));
+        ASSERT_TRUE(plugin.presetParameters().save(home.path("again"), 4));
         std::string packed;
         ASSERT_TRUE(readFile(preset->path, 2000, packed));
         EXPECT_EQ(home.read("again").substr(12, 334 * 4), packed.substr(12)) << preset->path << " was clamped";
@@ -172,7 +172,7 @@ TEST_F(FactoryPresets, AreInstalledOnceAndRestoredOnRequest) {
         EXPECT_TRUE(second.restoreFactoryPresets());
     }
     EXPECT_EQ(home.read(file), packed);
-    EXPECT_FALSE(std::filesystem::exists(home.path() + "Documents/Tessivane/Presets/Zelk 3/Default Setting (old).tvp"));
+    EXPECT_FALSE(std::filesystem::exists(home.path("Documents/Tessivane/Presets/Zelk 3/Default Setting (old).tvp")));
 }
 
 } // namespace

@@ -12,9 +12,9 @@ class PresetCacheTest : public StateTest {
 protected:
     static constexpr const char* file = "PresetCache.dat";
 
-    std::string root() const { return home.path() + "tree/"; }
+    std::string root() const { return home.path("tree/"); }
     PresetCache::Source source() const { return {{"ZK3p"}, 4}; }
-    std::string cachePath() const { return home.path() + file; }
+    std::string cachePath() const { return home.path(file); }
 
     void writePreset(const std::string& name, const std::string& author, std::string_view tags = "") {
         Bytes bytes = binaryPreset("ZK3p", 4, {1.0f, 2.0f});
@@ -23,7 +23,7 @@ protected:
     }
     Preset at(const std::string& name) const {
         Preset preset;
-        preset.path = root() + name;
+        preset.path = home.path("tree/" + name);
         return preset;
     }
     std::string authorOf(PresetCache& cache, const std::string& name) const {
@@ -33,7 +33,7 @@ protected:
     // One entry, by the table of the file.
     Bytes entry(const std::string& name, std::int64_t time) const {
         Bytes bytes;
-        return bytes.string(root() + name)
+        return bytes.string(home.path("tree/" + name))
             .i64(time)
             .string("Name")
             .i32(0)
@@ -48,19 +48,19 @@ protected:
 TEST_F(PresetCacheTest, ReadsTheFilesOfAllItsVersionsAndWritesTheNewest) {
     home.write("tree/a.tvp", "");
     const std::string head = Bytes().raw("tvPC").text;
-    const std::string favorite = Bytes().i32(1).string(root() + "a.tvp").text;
+    const std::string favorite = Bytes().i32(1).string(home.path("tree/a.tvp")).text;
     const std::string folders = Bytes().i32(1).string(root()).text;
     const std::string one = Bytes().i32(1).text + entry("a.tvp", 77).text;
     const std::pair<int, std::string> versions[] = {
         {2, one + favorite}, {3, folders + one + favorite}, {4, folders + one}};
     for (const auto& [version, content] : versions) {
-        std::filesystem::remove(root() + "Favorites.txt");
+        std::filesystem::remove(home.path("tree/Favorites.txt"));
         home.write(file, head + Bytes().i32(version).text + content);
         PresetCache cache(cachePath(), source());
         cache.load();
         EXPECT_EQ(authorOf(cache, "a.tvp"), "Eve") << version;
         EXPECT_EQ(cache.isFavorite(at("a.tvp")), version < 4) << version;
-        EXPECT_EQ(cache.search("WAR"), std::vector<std::string>{root() + "a.tvp"});
+        EXPECT_EQ(cache.search("WAR"), std::vector<std::string>{home.path("tree/a.tvp")});
         ASSERT_TRUE(cache.save());
         EXPECT_EQ(home.read("tree/Favorites.txt").ends_with("\n\na.tvp\n"), version == 3);
         if (version == 3) {
@@ -74,7 +74,7 @@ TEST_F(PresetCacheTest, ReadsTheFilesOfAllItsVersionsAndWritesTheNewest) {
         damaged.push_back(whole.substr(0, size));
     for (const std::string& bytes : damaged) {
         home.write(file, bytes);
-        PresetCache cache(home.path() + "other/unused", source());
+        PresetCache cache(home.path("other/unused"), source());
         PresetCache read(cachePath(), source());
         read.load();
         EXPECT_FALSE(read.contains(at("a.tvp"))) << bytes.size();
@@ -94,16 +94,16 @@ TEST_F(PresetCacheTest, ReadsNewAndChangedPresetsOnly) {
         EXPECT_EQ(cache.state(), PresetCache::State::complete);
         EXPECT_EQ(authorOf(cache, "a.tvp") + authorOf(cache, "Deep/b.tvp") + authorOf(cache, "c.tvp"), "AnnBobCid");
         EXPECT_EQ(authorOf(cache, "d.tvp"), "");
-        EXPECT_EQ(cache.search("deep"), std::vector<std::string>{root() + "Deep/b.tvp"});
+        EXPECT_EQ(cache.search("deep"), std::vector<std::string>{home.path("tree/Deep/b.tvp")});
         EXPECT_TRUE(cache.search("dark bob").empty());
     }
     // The content changes behind its back, the time of one file too: only that one is read again.
-    const auto time = std::filesystem::last_write_time(root() + "a.tvp");
+    const auto time = std::filesystem::last_write_time(home.path("tree/a.tvp"));
     writePreset("a.tvp", "Hidden");
-    std::filesystem::last_write_time(root() + "a.tvp", time);
+    std::filesystem::last_write_time(home.path("tree/a.tvp"), time);
     writePreset("Deep/b.tvp", "Bea");
-    std::filesystem::last_write_time(root() + "Deep/b.tvp", time + std::chrono::hours(1));
-    std::filesystem::remove(root() + "c.tvp");
+    std::filesystem::last_write_time(home.path("tree/Deep/b.tvp"), time + std::chrono::hours(1));
+    std::filesystem::remove(home.path("tree/c.tvp"));
     manager.rescanAll();
     PresetCache cache(cachePath(), source());
     cache.load();
@@ -142,11 +142,11 @@ TEST_F(PresetCacheTest, MetadataAreRewrittenInPlaceAndTheValuesStay) {
     Bytes bytes = binaryPreset("ZK3p", 4, {1.0f, 2.0f});
     EXPECT_EQ(home.read("tree/a.tvp"),
               bytes.raw("CuSV").i32(1).i32(2).string("AUTHOR").string("Eve").string("TAGS").string("x,y z").text);
-    wanted.path = root() + "t.tvp";
+    wanted.path = home.path("tree/t.tvp");
     ASSERT_TRUE(cache.writeMetadata(wanted));
     EXPECT_EQ(home.read("tree/t.tvp"), "[Preset]\nSignature=ZK3p\nVersion=4\nAuthor=Eve\nTags=\"x,y z\"\n\n"
                                        "[Parameters]\nBand 1 Gain=1.5\n");
-    wanted.path = root() + "none.tvp";
+    wanted.path = home.path("tree/none.tvp");
     EXPECT_FALSE(cache.writeMetadata(wanted));
     EXPECT_EQ(home.read("tree/none.tvp"), "nothing");
     EXPECT_EQ(authorOf(cache, "a.tvp"), "Eve");

@@ -2,10 +2,8 @@
 #include "state/PresetFile.h"
 #include "tests/state/StateTestObjects.h"
 
-#include <csignal>
 #include <filesystem>
 #include <numeric>
-#include <sys/resource.h>
 
 namespace {
 
@@ -112,7 +110,7 @@ TEST_F(PresetFormats, WhatIsNoPresetOfOursChangesNothingAndSaysWhy) {
         EXPECT_EQ(load(bytes), message);
         EXPECT_EQ(valuesOf(plugin), before) << message;
     }
-    EXPECT_EQ(plugin.loadPresetFile(home.path() + "none.tvp"), foreign);
+    EXPECT_EQ(plugin.loadPresetFile(home.path("none.tvp")), foreign);
     EXPECT_EQ(plugin.loadPresetFile("/dev/zero"), foreign);
     EXPECT_EQ(plugin.customValues.count("kept"), 1u);
     EXPECT_EQ(plugin.currentPreset().name(), "before");
@@ -230,7 +228,7 @@ TEST_F(PresetFormats, TheFirstLayoutConvertsSlopesAndQ) {
 
 TEST_F(PresetFormats, ASavedPresetHoldsEveryValueByteForByteAndAFullDiskKeepsTheOldOne) {
     moveAll(plugin);
-    const std::string path = home.path() + "made/Mine.tvp";
+    const std::string path = home.path("made/Mine.tvp");
     ASSERT_TRUE(plugin.savePresetFile(path));
     const std::string wanted = binaryPreset("ZK3p", 4, valuesOf(plugin)).text;
     EXPECT_EQ(home.read("made/Mine.tvp"), wanted);
@@ -239,19 +237,14 @@ TEST_F(PresetFormats, ASavedPresetHoldsEveryValueByteForByteAndAFullDiskKeepsThe
     EXPECT_FALSE(plugin.currentPreset().modified());
 
     plugin.bands.set(0).gain.setValue(-1.0f, 0);
-    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit former{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &former), 0);
-    const rlimit tight{1000, former.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &tight), 0);
-    const bool saved = plugin.savePresetFile(path);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &former), 0);
-    std::signal(SIGXFSZ, formerHandler);
-    EXPECT_FALSE(saved);
-    EXPECT_EQ(home.read("made/Mine.tvp"), wanted);
-    EXPECT_TRUE(plugin.currentPreset().modified());
+    {
+        const SavingFails fullDisk(path, 1000);
+        EXPECT_FALSE(plugin.savePresetFile(path));
+        EXPECT_EQ(home.read("made/Mine.tvp"), wanted);
+        EXPECT_TRUE(plugin.currentPreset().modified());
+    }
     for (const char* name : {"made/...tvp", "made/..tvp", ".tvp"})
-        EXPECT_FALSE(plugin.savePresetFile(home.path() + name)) << name;
+        EXPECT_FALSE(plugin.savePresetFile(home.path(name))) << name;
 }
 
 TEST_F(PresetFormats, TextFormSavesAndPatchesWhatItReads) {
@@ -259,22 +252,22 @@ TEST_F(PresetFormats, TextFormSavesAndPatchesWhatItReads) {
     plugin.customValues = {{"AUTHOR", "Eve"}, {"DESCRIPTION", ""}, {"x", "a b"}};
     moveAll(plugin);
     const std::vector<float> saved = valuesOf(plugin);
-    ASSERT_TRUE(plugin.savePresetFile(home.path() + "t.tvp"));
+    ASSERT_TRUE(plugin.savePresetFile(home.path("t.tvp")));
     const std::string text = home.read("t.tvp");
     EXPECT_TRUE(text.starts_with("[Preset]\nSignature=ZK3p\nVersion=4\nAuthor=Eve\n\n[Parameters]\nBand 1 Used=1\n"));
     EXPECT_TRUE(text.ends_with("\n\n[Settings]\nx=\"a b\"\n"));
     for (AbstractPluginParameter* parameter : plugin.parameters())
         parameter->setValue(parameter->defaultValue(), 0);
-    EXPECT_EQ(plugin.loadPresetFile(home.path() + "t.tvp"), "");
+    EXPECT_EQ(plugin.loadPresetFile(home.path("t.tvp")), "");
     EXPECT_EQ(valuesOf(plugin), keepingInterface(saved, standard));
 
     home.write("t.tvp",
                "[Preset]\nSignature=ZK3p\nVersion=4\n\n[Parameters]\nMine=1\n Band 1 Gain = 7\n\n[Settings]\na=b\n");
     plugin.parameter(3).setValue(2.0f, 0);
-    ASSERT_TRUE(plugin.presetParameters().save(home.path() + "t.tvp", 4, 2, 2));
+    ASSERT_TRUE(plugin.presetParameters().save(home.path("t.tvp"), 4, 2, 2));
     EXPECT_EQ(home.read("t.tvp"), "[Preset]\nSignature=ZK3p\nVersion=4\n\n[Parameters]\nMine=1\nBand 1 Gain=2\n"
                                   "Band 1 Frequency=14.8726739883423\n\n[Settings]\na=b\n");
-    EXPECT_FALSE(plugin.presetParameters().save(home.path() + "t.tvp", 5, 2, 1));
+    EXPECT_FALSE(plugin.presetParameters().save(home.path("t.tvp"), 5, 2, 1));
 }
 
 TEST_F(PresetFormats, InterfaceDefaultsAreSavedOneByOneAndReadByTheNextInstance) {

@@ -46,7 +46,7 @@ class StateTest : public testing::Test {
 protected:
     std::string write(const std::string& name, const std::string& bytes) {
         home.write(name, bytes);
-        return home.path() + name;
+        return home.path(name);
     }
 
     static std::vector<float> valuesOf(const GenericPlugin& plugin) {

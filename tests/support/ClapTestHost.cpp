@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <dlfcn.h>
 #include <stdexcept>
 
 namespace {
@@ -15,18 +14,14 @@ ClapTestHost& of(const clap_host* host) {
 
 } // namespace
 
-ClapTestLibrary::ClapTestLibrary(const char* path) {
-    handle = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    if (handle == nullptr)
-        throw std::runtime_error(dlerror());
-    loadedEntry = static_cast<const clap_plugin_entry*>(dlsym(handle, "clap_entry"));
+ClapTestLibrary::ClapTestLibrary(const char* path)
+    : module(path), loadedEntry(static_cast<const clap_plugin_entry*>(module.symbol("clap_entry"))) {
     if (loadedEntry == nullptr || !loadedEntry->init(path))
         throw std::runtime_error("the library has no entry that initialises");
 }
 
 ClapTestLibrary::~ClapTestLibrary() {
     loadedEntry->deinit();
-    dlclose(handle);
 }
 
 const clap_plugin_factory& ClapTestLibrary::factory() const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/clap/Clap.h"
+#include "tests/support/TestSystem.h"
 
 #include <atomic>
 #include <cstdint>
@@ -22,8 +23,8 @@ public:
     const clap_plugin_factory& factory() const;
 
 private:
-    void* handle = nullptr;
-    const clap_plugin_entry* loadedEntry = nullptr;
+    const TestModule module;
+    const clap_plugin_entry* const loadedEntry;
 };
 
 // Input events, sorted by the caller.

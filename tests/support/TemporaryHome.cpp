@@ -1,24 +1,20 @@
 #include "tests/support/TemporaryHome.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 
-TemporaryHome::TemporaryHome() {
-    std::string name = (std::filesystem::temp_directory_path() / "zelk-home-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    folder = name + "/";
-    setVariable("HOME", folder);
-    for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"})
-        setVariable(variable, std::nullopt);
+namespace {
+
+std::filesystem::path asPath(const std::string& text) {
+    return std::u8string(text.begin(), text.end());
 }
 
+} // namespace
+
+TemporaryHome::TemporaryHome() : folder(makeTestFolder("zelk-home") + nativePath("/")), redirection(folder) {}
+
 TemporaryHome::~TemporaryHome() {
-    for (const auto& [name, value] : before)
-        value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
     std::error_code ignored;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, ignored))
         if (entry.is_directory(ignored))
@@ -26,19 +22,13 @@ TemporaryHome::~TemporaryHome() {
     std::filesystem::remove_all(folder, ignored);
 }
 
-void TemporaryHome::setVariable(const std::string& name, const std::optional<std::string>& value) {
-    const char* const held = std::getenv(name.c_str());
-    before.try_emplace(name, held != nullptr ? std::optional<std::string>(held) : std::nullopt);
-    value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
-}
-
 void TemporaryHome::write(const std::string& file, const std::string& content) const {
-    const std::filesystem::path target(folder + file);
+    const std::filesystem::path target = asPath(path(file));
     std::filesystem::create_directories(target.parent_path());
     std::ofstream(target, std::ios::binary) << content;
 }
 
 std::string TemporaryHome::read(const std::string& file) const {
-    std::ifstream stream(folder + file, std::ios::binary);
+    std::ifstream stream(asPath(path(file)), std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }

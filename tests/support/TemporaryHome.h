@@ -2,9 +2,10 @@
 // Threads: main, while no other thread reads the environment.
 #pragma once
 
-#include <map>
-#include <optional>
+#include "tests/support/TestSystem.h"
+
 #include <string>
+#include <string_view>
 
 class TemporaryHome {
 public:
@@ -13,12 +14,12 @@ public:
     TemporaryHome(const TemporaryHome&) = delete;
     TemporaryHome& operator=(const TemporaryHome&) = delete;
 
-    const std::string& path() const noexcept { return folder; }                         // ends in a separator
-    void setVariable(const std::string& name, const std::optional<std::string>& value); // nothing: unset
+    // With the system's separators, however the name has them. Without a name it ends in one.
+    std::string path(std::string_view inside = {}) const { return folder + nativePath(inside); }
     void write(const std::string& file, const std::string& content) const; // below the home, with its folders
     std::string read(const std::string& file) const;                       // empty when there is none
 
 private:
-    std::string folder;
-    std::map<std::string, std::optional<std::string>> before; // what the variables held
+    const std::string folder;
+    const HomeRedirection redirection;
 };

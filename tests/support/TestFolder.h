@@ -2,18 +2,15 @@
 // Threads: the one that made it.
 #pragma once
 
+#include "tests/support/TestSystem.h"
+
 #include <filesystem>
-#include <stdexcept>
-#include <stdlib.h>
 #include <string>
 #include <string_view>
 
 class TestFolder {
 public:
-    TestFolder() : root((std::filesystem::temp_directory_path() / "zelk-XXXXXX").string()) {
-        if (mkdtemp(root.data()) == nullptr)
-            throw std::runtime_error("no folder for the test");
-    }
+    TestFolder() : root(makeTestFolder("zelk")) {}
     ~TestFolder() {
         std::error_code ignored;
         std::filesystem::remove_all(root, ignored);
@@ -21,7 +18,7 @@ public:
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
 
-    std::string path(std::string_view inside) const { return root + "/" + std::string(inside); }
+    std::string path(std::string_view inside) const { return root + nativePath("/") + nativePath(inside); }
 
 private:
     std::string root;

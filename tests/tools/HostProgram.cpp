@@ -21,8 +21,8 @@ std::string quoted(const std::string& word) {
     return text.append("'");
 }
 
-std::string lineOf(const std::vector<std::string>& words) {
-    std::string line = quoted(ZELK_HOST_PROGRAM);
+std::string lineOf(const std::vector<std::string>& words, const std::string& program = ZELK_HOST_PROGRAM) {
+    std::string line = quoted(program);
     for (const std::string& word : words)
         line.append(" ").append(quoted(word));
     return line;
@@ -44,6 +44,10 @@ HostProgram::~HostProgram() {
 
 HostProgram::Result HostProgram::run(const std::vector<std::string>& words) const {
     return runLine(lineOf(words));
+}
+
+HostProgram::Result HostProgram::runProgram(const std::string& program, const std::vector<std::string>& words) const {
+    return runLine(lineOf(words, program));
 }
 
 HostProgram::Result HostProgram::runWithFullDisk(const std::vector<std::string>& words, int blocks) const {

@@ -22,6 +22,8 @@ public:
     HostProgram& operator=(const HostProgram&) = delete;
 
     Result run(const std::vector<std::string>& words) const;
+    Result runProgram(const std::string& program,
+                      const std::vector<std::string>& words) const; // another than zelk-host
     // The same with files limited to so many blocks of 512 bytes: a disk that is full.
     Result runWithFullDisk(const std::vector<std::string>& words, int blocks) const;
 

@@ -2,6 +2,7 @@
 
 #include "base/NumberText.h"
 #include "tools/host/Failure.h"
+#include "tools/host/FilePath.h"
 #include "tools/host/TextTools.h"
 
 #include <algorithm>
@@ -109,7 +110,7 @@ void addAssignment(EventList& events, const Parameters& parameters, const std::s
 }
 
 void addAutomation(EventList& events, const Parameters& parameters, const std::string& path, double sampleRate) {
-    std::ifstream file(path);
+    std::ifstream file(filePath(path));
     if (!file)
         throw Failure("cannot read " + path);
     std::string raw;

@@ -1,6 +1,7 @@
 #include "tools/host/PluginLibrary.h"
 
 #include "tools/host/Failure.h"
+#include "tools/host/FilePath.h"
 #include "tools/host/TextTools.h"
 
 #include <filesystem>
@@ -9,12 +10,12 @@ namespace {
 
 std::string usablePath(const std::string& path) {
     std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    const std::filesystem::file_status status = std::filesystem::status(filePath(path), error);
     if (status.type() == std::filesystem::file_type::not_found)
         throw Failure("there is no file " + path);
     if (status.type() == std::filesystem::file_type::directory)
         throw Failure(path + " is a folder, not a plug-in file");
-    return std::filesystem::absolute(path).string();
+    return pathText(std::filesystem::absolute(filePath(path)));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "host/clap/Clap.h"
 #include "tools/host/Failure.h"
+#include "tools/host/FilePath.h"
 #include "tools/host/TextTools.h"
 
 #include <algorithm>
@@ -94,7 +95,7 @@ clap_preset_discovery_metadata_receiver tableOf(Receiver& receiver) {
 }
 
 bool fits(const fs::path& file, const std::vector<std::string>& extensions) {
-    std::string extension = lowerCase(file.extension().string());
+    std::string extension = lowerCase(pathText(file.extension()));
     if (!extension.empty())
         extension.erase(0, 1);
     return std::any_of(extensions.begin(), extensions.end(),
@@ -104,13 +105,13 @@ bool fits(const fs::path& file, const std::vector<std::string>& extensions) {
 std::vector<std::string> filesOf(const IndexedLocation& location, const std::vector<std::string>& extensions) {
     std::vector<std::string> files;
     std::error_code error;
-    if (fs::is_regular_file(location.path, error))
+    if (fs::is_regular_file(filePath(location.path), error))
         files.push_back(location.path);
     const auto options = fs::directory_options::skip_permission_denied;
-    for (auto at = fs::recursive_directory_iterator(location.path, options, error);
+    for (auto at = fs::recursive_directory_iterator(filePath(location.path), options, error);
          !error && at != fs::recursive_directory_iterator(); at.increment(error))
         if (at->is_regular_file(error) && fits(at->path(), extensions))
-            files.push_back(at->path().string());
+            files.push_back(pathText(at->path()));
     std::sort(files.begin(), files.end());
     return files;
 }
@@ -161,7 +162,7 @@ PresetIndex indexPresets(const PluginLibrary& library) {
 
 std::string findPreset(const PluginLibrary& library, const std::string& nameOrPath) {
     std::error_code error;
-    if (fs::exists(nameOrPath, error))
+    if (fs::exists(filePath(nameOrPath), error))
         return nameOrPath;
     std::vector<std::string> names;
     for (const IndexedLocation& location : indexPresets(library).locations) {

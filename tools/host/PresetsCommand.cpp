@@ -1,6 +1,7 @@
 // zelk-host presets: what a host's preset browser would show.
 #include "host/clap/Clap.h"
 #include "tools/host/Commands.h"
+#include "tools/host/FilePath.h"
 #include "tools/host/Options.h"
 #include "tools/host/PresetIndex.h"
 #include "tools/host/TextTools.h"
@@ -32,7 +33,7 @@ std::string flagWords(std::uint32_t flags) {
 
 void printPreset(const IndexedPreset& preset, const IndexedLocation& location) {
     const std::string folder =
-        std::filesystem::path(preset.path).parent_path().lexically_relative(location.path).string();
+        pathText(filePath(preset.path).parent_path().lexically_relative(filePath(location.path)));
     std::printf("  %-32s %s", onOneLine(preset.name).c_str(), onOneLine(folder == "." ? "" : folder).c_str());
     if (preset.flags != location.flags)
         std::printf(" [%s]", flagWords(preset.flags).c_str());
@@ -65,7 +66,7 @@ int presetsCommand(const std::vector<std::string>& words) {
                     location.presets.size(), onOneLine(location.path).c_str());
         for (const IndexedPreset& preset : location.presets)
             printPreset(preset, location);
-        if (location.presets.empty() && !std::filesystem::exists(location.path))
+        if (location.presets.empty() && !std::filesystem::exists(filePath(location.path)))
             std::printf("  (the folder does not exist; the plug-in fills it when it first runs)\n");
     }
     if (index.refusedFiles > 0)

@@ -1,4 +1,5 @@
 #include "tools/host/Session.h"
+#include "tools/host/FilePath.h"
 
 #include "tools/host/EventList.h"
 #include "tools/host/Failure.h"
@@ -77,8 +78,9 @@ std::vector<std::string> Session::inputFiles(const Options& given) {
 void demandApart(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs) {
     const auto same = [](const std::string& a, const std::string& b) {
         std::error_code error;
-        return std::filesystem::equivalent(a, b, error) ||
-               std::filesystem::weakly_canonical(a, error) == std::filesystem::weakly_canonical(b, error);
+        return std::filesystem::equivalent(filePath(a), filePath(b), error) ||
+               std::filesystem::weakly_canonical(filePath(a), error) ==
+                   std::filesystem::weakly_canonical(filePath(b), error);
     };
     for (std::size_t i = 0; i < outputs.size(); ++i) {
         for (const std::string& input : inputs) {
@@ -86,7 +88,8 @@ void demandApart(const std::vector<std::string>& inputs, const std::vector<std::
                 throw Failure(outputs[i] + " would be written over, but it is read as well");
         }
         for (std::size_t j = 0; j < i; ++j) {
-            const bool device = std::filesystem::exists(outputs[i]) && !std::filesystem::is_regular_file(outputs[i]);
+            const bool device = std::filesystem::exists(filePath(outputs[i])) &&
+                                !std::filesystem::is_regular_file(filePath(outputs[i]));
             if (same(outputs[i], outputs[j]) && !device)
                 throw Failure(outputs[i] + " would be written twice");
         }

@@ -1,6 +1,8 @@
 #include "tools/host/SoundFile.h"
 
 #include "tools/host/Failure.h"
+#include "tools/host/FilePath.h"
+#include "tools/host/System.h"
 #include "tools/host/TextTools.h"
 
 #include <algorithm>
@@ -8,7 +10,14 @@
 #include <cmath>
 #include <filesystem>
 
+#include <sndfile.h>
+
 namespace {
+
+struct CloseSound {
+    void operator()(SNDFILE* sound) const { sf_close(sound); }
+};
+using Sound = std::unique_ptr<SNDFILE, CloseSound>;
 
 struct Container {
     const char* extension;
@@ -44,7 +53,7 @@ constexpr std::array<Samples, 6> sampleFormats{{{"16", SF_FORMAT_PCM_16, 2},
                                                 {"vorbis", SF_FORMAT_VORBIS, 1}}};
 
 const Container& containerOf(const std::string& path) {
-    std::string extension = std::filesystem::path(path).extension().string();
+    std::string extension = pathText(filePath(path).extension());
     if (!extension.empty())
         extension.erase(0, 1);
     for (const Container& container : containers) {
@@ -53,8 +62,8 @@ const Container& containerOf(const std::string& path) {
     }
     // A device has no extension, and takes whatever comes.
     std::error_code error;
-    if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error) &&
-        !std::filesystem::is_directory(path, error))
+    if (std::filesystem::exists(filePath(path), error) && !std::filesystem::is_regular_file(filePath(path), error) &&
+        !std::filesystem::is_directory(filePath(path), error))
         return containers.front();
     std::string names;
     for (const Container& container : containers)
@@ -93,38 +102,57 @@ std::string reasonOf(SNDFILE* sound) {
 
 } // namespace
 
-SoundReader::SoundReader(const std::string& path) : file(path) {
+struct SoundReader::Content {
+    Sound sound;
+};
+
+SoundReader::SoundReader(const std::string& path) : file(path), content(std::make_unique<Content>()) {
     std::error_code error;
-    if (!std::filesystem::exists(path, error))
+    if (!std::filesystem::exists(filePath(path), error))
         throw Failure("there is no file " + path);
-    sound.reset(sf_open(path.c_str(), SFM_READ, &info));
-    if (sound == nullptr)
+    SF_INFO info{};
+    content->sound.reset(sf_open(path.c_str(), SFM_READ, &info));
+    if (content->sound == nullptr)
         throw Failure("cannot read " + path + ": " + reasonOf(nullptr));
-    map.resize(static_cast<std::size_t>(info.channels));
+    channelCount = static_cast<std::uint32_t>(info.channels);
+    rate = info.samplerate;
+    frameCount = static_cast<std::uint64_t>(info.frames);
+    map.resize(channelCount);
     const int mapBytes = static_cast<int>(map.size() * sizeof(int));
-    if (sf_command(sound.get(), SFC_GET_CHANNEL_MAP_INFO, map.data(), mapBytes) == SF_FALSE)
+    if (sf_command(content->sound.get(), SFC_GET_CHANNEL_MAP_INFO, map.data(), mapBytes) == SF_FALSE)
         map.clear();
 }
 
+SoundReader::~SoundReader() = default;
+
 std::size_t SoundReader::read(Channels& into, std::size_t count) {
+    SNDFILE* const sound = content->sound.get();
     interleaved.resize(count * channels());
-    const sf_count_t got = sf_readf_float(sound.get(), interleaved.data(), static_cast<sf_count_t>(count));
-    const std::size_t frameCount = got < 0 ? 0 : static_cast<std::size_t>(got);
-    if (sf_error(sound.get()) != SF_ERR_NO_ERROR)
-        throw Failure("cannot read " + file + ": " + reasonOf(sound.get()));
-    position += frameCount;
-    if (frameCount < count && position < frames())
+    const sf_count_t got = sf_readf_float(sound, interleaved.data(), static_cast<sf_count_t>(count));
+    const std::size_t taken = got < 0 ? 0 : static_cast<std::size_t>(got);
+    if (sf_error(sound) != SF_ERR_NO_ERROR)
+        throw Failure("cannot read " + file + ": " + reasonOf(sound));
+    position += taken;
+    if (taken < count && position < frames())
         throw Failure("cannot read " + file + ": it ends too early");
     into.resize(channels());
     for (std::size_t channel = 0; channel < into.size(); ++channel) {
         into[channel].assign(count, 0.0f);
-        for (std::size_t i = 0; i < frameCount; ++i)
+        for (std::size_t i = 0; i < taken; ++i)
             into[channel][i] = interleaved[i * into.size() + channel];
     }
-    return frameCount;
+    return taken;
 }
 
-SoundWriter::SoundWriter(const std::string& path, const Format& wanted) : file(path) {
+struct SoundWriter::Content {
+    explicit Content(const std::string& path) : file(path) {}
+
+    OutputFile file;
+    Sound sound;
+};
+
+SoundWriter::SoundWriter(const std::string& path, const Format& wanted) : content(std::make_unique<Content>(path)) {
+    Sound& sound = content->sound;
     const Container& container = containerOf(path);
     const Samples& samples = samplesOf(wanted.samples.empty() ? container.bestSamples : wanted.samples);
     SF_INFO info{};
@@ -135,7 +163,7 @@ SoundWriter::SoundWriter(const std::string& path, const Format& wanted) : file(p
         throw Failure("a file of the kind ." + std::string(container.extension) + " cannot hold " +
                       std::to_string(wanted.channels) + " channels of the format " + samples.name + " at " +
                       std::to_string(wanted.sampleRate) + " Hz");
-    sound.reset(sf_open_fd(file.descriptor(), SFM_WRITE, &info, SF_FALSE));
+    sound.reset(sf_open_fd(content->file.descriptor(), SFM_WRITE, &info, SF_FALSE));
     if (sound == nullptr)
         throw Failure("cannot write " + path + ": " + reasonOf(nullptr));
     wholeNumbers =
@@ -145,6 +173,8 @@ SoundWriter::SoundWriter(const std::string& path, const Format& wanted) : file(p
     if (map.size() == wanted.channels) // containers without a place for it say no, which does no harm
         sf_command(sound.get(), SFC_SET_CHANNEL_MAP_INFO, map.data(), static_cast<int>(map.size() * sizeof(int)));
 }
+
+SoundWriter::~SoundWriter() = default;
 
 void SoundWriter::write(const Channels& samples, std::size_t first, std::size_t count) {
     interleaved.resize(count * samples.size());
@@ -156,13 +186,13 @@ void SoundWriter::write(const Channels& samples, std::size_t first, std::size_t 
         clippedSamples += static_cast<std::uint64_t>(std::count_if(
             interleaved.begin(), interleaved.end(), [](float sample) { return !(std::abs(sample) <= 1.0f); }));
     const auto wanted = static_cast<sf_count_t>(count);
-    if (sf_writef_float(sound.get(), interleaved.data(), wanted) != wanted)
-        throw Failure("cannot write " + file.path() + ": " + systemReason());
+    if (sf_writef_float(content->sound.get(), interleaved.data(), wanted) != wanted)
+        throw Failure("cannot write " + content->file.path() + ": " + systemReason());
 }
 
 void SoundWriter::finish() {
-    sf_write_sync(sound.get());
-    if (sf_close(sound.release()) != SF_ERR_NO_ERROR)
-        throw Failure("cannot write " + file.path() + ": " + systemReason());
-    file.commit();
+    sf_write_sync(content->sound.get());
+    if (sf_close(content->sound.release()) != SF_ERR_NO_ERROR)
+        throw Failure("cannot write " + content->file.path() + ": " + systemReason());
+    content->file.commit();
 }

@@ -2,39 +2,37 @@
 // Threads: main.
 #pragma once
 
-#include "tools/host/System.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <sndfile.h>
-
 using Channels = std::vector<std::vector<float>>;
-
-struct CloseSound {
-    void operator()(SNDFILE* sound) const { sf_close(sound); }
-};
-using Sound = std::unique_ptr<SNDFILE, CloseSound>;
 
 class SoundReader {
 public:
     explicit SoundReader(const std::string& path); // throws Failure
+    ~SoundReader();
+    SoundReader(const SoundReader&) = delete;
+    SoundReader& operator=(const SoundReader&) = delete;
 
-    std::uint32_t channels() const { return static_cast<std::uint32_t>(info.channels); }
-    int sampleRate() const { return info.samplerate; }
-    std::uint64_t frames() const { return static_cast<std::uint64_t>(info.frames); }
-    const std::vector<int>& channelMap() const { return map; } // empty: the file tells none
+    std::uint32_t channels() const { return channelCount; }
+    int sampleRate() const { return rate; }
+    std::uint64_t frames() const { return frameCount; }
+    const std::vector<int>& channelMap() const { return map; } // for a SoundWriter; empty: the file tells none
 
     // Fills the channels with the next samples, and with silence behind the end. Returns how many came from the file.
     std::size_t read(Channels& into, std::size_t count); // throws Failure
 
 private:
+    struct Content;
+
     std::string file;
-    SF_INFO info{};
-    Sound sound;
+    std::unique_ptr<Content> content;
+    std::uint32_t channelCount = 0;
+    int rate = 0; // Hz
+    std::uint64_t frameCount = 0;
     std::vector<int> map;
     std::vector<float> interleaved;
     std::uint64_t position = 0;
@@ -52,6 +50,9 @@ public:
 
     // The container is that of the path's extension. Throws Failure.
     SoundWriter(const std::string& path, const Format& wanted);
+    ~SoundWriter();
+    SoundWriter(const SoundWriter&) = delete;
+    SoundWriter& operator=(const SoundWriter&) = delete;
 
     void write(const Channels& samples, std::size_t first, std::size_t count); // throws Failure
     void finish();                                                             // throws Failure
@@ -60,8 +61,9 @@ public:
     std::uint64_t clipped() const { return clippedSamples; }
 
 private:
-    OutputFile file;
-    Sound sound;
+    struct Content;
+
+    std::unique_ptr<Content> content;
     bool wholeNumbers = false;
     std::vector<float> interleaved;
     std::uint64_t clippedSamples = 0;

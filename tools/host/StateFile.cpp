@@ -1,6 +1,7 @@
 #include "tools/host/StateFile.h"
 
 #include "tools/host/Failure.h"
+#include "tools/host/FilePath.h"
 #include "tools/host/System.h"
 #include "tools/host/WholeFile.h"
 
@@ -59,7 +60,7 @@ void loadPreset(PluginInstance& instance, const std::string& path) {
     const auto* table = instance.extension<clap_plugin_preset_load>(CLAP_EXT_PRESET_LOAD);
     if (table == nullptr)
         throw Failure("the plug-in loads no presets");
-    const std::string absolute = std::filesystem::absolute(path).string();
+    const std::string absolute = pathText(std::filesystem::absolute(filePath(path)));
     instance.host().clearPresetError();
     if (!table->from_location(instance.clap(), CLAP_PRESET_DISCOVERY_LOCATION_FILE, absolute.c_str(), nullptr)) {
         const std::string& reason = instance.host().presetError();

@@ -1,9 +1,10 @@
-// The few operating-system calls of the tool; their bodies stand in posix/.
+// The few operating-system calls of the tool; their bodies stand in posix/ and windows/.
 // Threads: main.
 #pragma once
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 // A dynamic library that was opened by path; closed when it dies.
 class LoadedModule {
@@ -32,8 +33,9 @@ public:
     int descriptor() const { return file; }
     const std::string& path() const { return shownPath; }
 
-    void write(std::string_view bytes); // throws Failure
-    void commit();                      // throws Failure; flushes to the disk, then takes the name
+    void write(std::string_view bytes);        // throws Failure
+    void rewriteStart(std::string_view bytes); // throws Failure; over the first bytes, and last before commit
+    void commit();                             // throws Failure; flushes to the disk, then takes the name
 
 private:
     std::string shownPath;     // as the user gave it
@@ -42,10 +44,14 @@ private:
     int file = -1;
 };
 
+// The words behind the program's name, in UTF-8.
+std::vector<std::string> commandLine(int argumentCount, char** arguments);
+
 // The reason of the last failed call of the system, as text.
 std::string systemReason();
 
 bool errorsGoToTerminal();
 
-// A closed pipe or a file at its size limit is an error of the write, not the end of the program.
-void letWritesFail();
+// A closed pipe or a file at its size limit is an error of the write, not the end of the program. Text goes out as the
+// bytes that it is.
+void prepareOutput();

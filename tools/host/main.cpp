@@ -58,8 +58,8 @@ int run(const std::vector<std::string>& words) {
 int main(int argumentCount, char** arguments) {
     int status = 2;
     try {
-        letWritesFail();
-        status = run({arguments + 1, arguments + argumentCount});
+        prepareOutput();
+        status = run(commandLine(argumentCount, arguments));
         if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
             throw Failure("cannot write to standard output: " + systemReason());
     } catch (const std::exception& failure) {

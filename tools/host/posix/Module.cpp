@@ -24,6 +24,10 @@ const void* LoadedModule::symbol(const char* name) const {
     return dlsym(handle, name);
 }
 
+std::vector<std::string> commandLine(int argumentCount, char** arguments) {
+    return {arguments + 1, arguments + argumentCount};
+}
+
 std::string systemReason() {
     return std::strerror(errno);
 }
@@ -32,7 +36,7 @@ bool errorsGoToTerminal() {
     return isatty(STDERR_FILENO) == 1;
 }
 
-void letWritesFail() {
+void prepareOutput() {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
 }

@@ -110,6 +110,12 @@ void OutputFile::write(std::string_view bytes) {
     }
 }
 
+void OutputFile::rewriteStart(std::string_view bytes) {
+    if (lseek(file, 0, SEEK_SET) != 0)
+        throw Failure("cannot write " + shownPath + ": " + systemReason());
+    write(bytes);
+}
+
 void OutputFile::commit() {
     // Some file systems tell only here that the disk is full. Pipes and devices know no fsync.
     const bool flushed = fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP || errno == EROFS;
