@@ -20,5 +20,5 @@ if [ ! -f "$WINEPREFIX/ready" ]; then
         }
     ) 9>"$WINEPREFIX/.making"
 fi
-[ ! -x /usr/lib/wine/wineserver64 ] || /usr/lib/wine/wineserver64 -p300
+[ ! -x /usr/lib/wine/wineserver64 ] || /usr/lib/wine/wineserver64 -p300 </dev/null >/dev/null 2>&1
 exec "$wine" "$@"

@@ -53,15 +53,19 @@ void copyRights(const std::wstring& from, const std::wstring& to) {
         SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
 }
 
+// What the user has protected stays, also where the system would let it go.
+bool isProtected(const std::wstring& path) noexcept {
+    constexpr DWORD protecting = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY;
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & protecting) != 0;
+}
+
 bool moveOver(const std::wstring& from, const std::wstring& to, DWORD flags) noexcept {
-    for (int tries = 0; tries < moveTries; ++tries) {
+    for (int tries = 0; tries < moveTries && !isProtected(to); ++tries) {
         if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | flags))
             return true;
         const DWORD reason = GetLastError();
-        const DWORD attributes = GetFileAttributesW(to.c_str());
-        const bool isProtected = attributes != INVALID_FILE_ATTRIBUTES &&
-                                 (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0;
-        if (isProtected || (reason != ERROR_SHARING_VIOLATION && reason != ERROR_ACCESS_DENIED))
+        if (reason != ERROR_SHARING_VIOLATION && reason != ERROR_ACCESS_DENIED)
             return false;
         Sleep(movePauseMs);
     }
