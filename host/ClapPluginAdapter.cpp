@@ -179,7 +179,8 @@ void ClapPluginAdapter::readMidi(const clap_event_header& header) noexcept REALT
         const unsigned status = header.type == CLAP_EVENT_NOTE_ON ? 0x90u : 0x80u;
         message.status = static_cast<std::uint8_t>(status | (static_cast<unsigned>(note.channel) & 15u));
         message.data1 = static_cast<std::uint8_t>(note.key);
-        message.data2 = static_cast<std::uint8_t>(std::clamp(note.velocity, 0.0, 1.0) * 127.0);
+        const double velocity = note.velocity > 0.0 ? std::min(note.velocity, 1.0) : 0.0; // 0 also for not-a-number
+        message.data2 = static_cast<std::uint8_t>(velocity * 127.0);
     } else {
         return;
     }

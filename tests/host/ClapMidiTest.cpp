@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <functional>
 #include <iostream>
+#include <limits>
 #include <map>
 #include <memory>
 #include <random>
@@ -217,6 +218,12 @@ TEST_F(ClapMidiTest, AMillionRandomMessagesMoveParametersAndDoNoHarm) {
         instance.events.clear();
         for (std::uint32_t i = 0; i < 1000; ++i, ++sent) {
             const auto bits = random();
+            if (bits >> 28 == 0) { // now and then a note as the host's own event, with what only a broken host says
+                constexpr double velocities[] = {0.5, -1.0, 1e300, std::numeric_limits<double>::quiet_NaN()};
+                instance.events.addNote(i / 125 * 9, (bits & 1) != 0, static_cast<int>(bits >> 1 & 31) - 1,
+                                        static_cast<int>(bits >> 6 & 255) - 1, velocities[bits >> 14 & 3]);
+                continue;
+            }
             instance.events.addMidi(i / 125 * 9, static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(bits >> 8),
                                     static_cast<std::uint8_t>(bits >> 16));
         }

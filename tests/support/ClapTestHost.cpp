@@ -61,6 +61,18 @@ void ClapTestEvents::addMidi(std::uint32_t time, std::uint8_t status, std::uint8
     events.push_back(event);
 }
 
+void ClapTestEvents::addNote(std::uint32_t time, bool on, int channel, int key, double velocity) {
+    Event event{};
+    event.note = {};
+    event.note.header = {sizeof(clap_event_note), time, CLAP_CORE_EVENT_SPACE_ID,
+                         static_cast<std::uint16_t>(on ? CLAP_EVENT_NOTE_ON : CLAP_EVENT_NOTE_OFF), 0};
+    event.note.note_id = -1;
+    event.note.channel = static_cast<std::int16_t>(channel);
+    event.note.key = static_cast<std::int16_t>(key);
+    event.note.velocity = velocity;
+    events.push_back(event);
+}
+
 ClapTestOutput::ClapTestOutput() {
     values.reserve(4096);
     table.ctx = this;

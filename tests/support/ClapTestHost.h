@@ -36,6 +36,7 @@ public:
 
     void addValue(std::uint32_t time, clap_id id, double value);
     void addMidi(std::uint32_t time, std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
+    void addNote(std::uint32_t time, bool on, int channel, int key, double velocity);
     void clear() { events.clear(); }
     const clap_input_events* list() const { return &table; }
 
@@ -44,6 +45,7 @@ private:
         clap_event_header header;
         clap_event_param_value value;
         clap_event_midi midi;
+        clap_event_note note;
     };
 
     std::vector<Event> events;
