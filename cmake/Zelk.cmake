@@ -31,14 +31,15 @@ function(zelk_folder folder)
     target_link_libraries(${target} PUBLIC zelk_flags ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
 endfunction()
 
-# zelk_tests(base SOURCES XTest.cpp LINKS zelk_base [LABELS threads]): one program a folder, each test known to ctest
-# by the folder and the labels. Two labels have a meaning of their own: "threads" for what ThreadSanitizer shall see,
-# "realtime" for what must keep the audio thread's rules; "process", "dsp" and the folders of signal work imply it. The
-# targets tests_threads and tests_realtime build the programs that carry them.
+# zelk_tests(base SOURCES XTest.cpp LINKS zelk_base [LABELS process] [THREADS XTest]): one program a folder, each test
+# known to ctest by the folder and the labels. Two labels have a meaning of their own: "realtime" for what must keep the
+# audio thread's rules, which "process", "dsp" and the folders of signal work imply, and "threads" for what
+# ThreadSanitizer shall see, which only the suites behind THREADS carry. The targets tests_realtime and tests_threads
+# build the programs that have such tests.
 add_custom_target(tests_threads)
 add_custom_target(tests_realtime)
 function(zelk_tests folder)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;LABELS;THREADS" ${ARGN})
     string(REPLACE "/" "_" name "test_${folder}")
     set(room "${PROJECT_BINARY_DIR}/rooms/${name}")
     get_filename_component(parent "${room}/tests/${folder}" DIRECTORY)
@@ -55,17 +56,24 @@ function(zelk_tests folder)
         endif()
     endforeach()
     list(REMOVE_DUPLICATES labels)
-    foreach(meaning IN ITEMS threads realtime)
-        if(meaning IN_LIST labels)
-            add_dependencies(tests_${meaning} ${name})
-        endif()
-    endforeach()
+    if(realtime IN_LIST labels)
+        add_dependencies(tests_realtime ${name})
+    endif()
+    if(ARG_THREADS)
+        add_dependencies(tests_threads ${name})
+        string(REPLACE ";" "|" threaded_suites "${ARG_THREADS}")
+    endif()
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
     # A list does not survive the way through the discovery, so ctest gets the labels by a file of their own.
     set(labelled "${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake")
     file(CONFIGURE OUTPUT "${labelled}" @ONLY CONTENT [[
 if(@name@_TESTS)
     set_tests_properties(${@name@_TESTS} PROPERTIES LABELS "@labels@")
+    set(threaded ${@name@_TESTS})
+    list(FILTER threaded INCLUDE REGEX "^(@threaded_suites@)[.]")
+    if(threaded)
+        set_tests_properties(${threaded} PROPERTIES LABELS "@labels@;threads")
+    endif()
 endif()
 ]])
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${labelled}")

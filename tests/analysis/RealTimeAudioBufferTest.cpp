@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <cmath>
 #include <thread>
 #include <utility>
@@ -131,9 +130,11 @@ TEST(RealTimeAudioBuffer, RestsWhileNoMeasurementIsActiveAndKeepsTheNewestWhenTo
 TEST(RealTimeAudioBuffer, AReaderThatStallsNeverSeesAGapInsideOneLockedTime) {
     Graph graph(1);
     std::atomic<bool> finished{false};
+    std::atomic<std::size_t> played{0};
     std::jthread audio([&] {
         for (std::size_t block = 0; !finished; ++block) {
             graph.run(64 + block % 193);
+            played += 64 + block % 193;
             if (block % 4 == 0)
                 std::this_thread::yield();
         }
@@ -148,8 +149,9 @@ TEST(RealTimeAudioBuffer, AReaderThatStallsNeverSeesAGapInsideOneLockedTime) {
     bool whole = true;
     float next = 0.0f;
     for (int look = 0; whole && (blocks < 1000 || gaps < 3) && look < 1000000; ++look) {
-        if (look % 64 == 0)
-            std::this_thread::sleep_for(std::chrono::milliseconds(3)); // the stall: the pool runs over
+        if (look % 64 == 0) // the stall: the pool runs over
+            for (const std::size_t end = played + 2 * poolSamples; played < end;)
+                std::this_thread::yield();
         std::this_thread::yield();
         const LockedSource::Lock held(graph.buffer.measurement(0));
         for (std::size_t block = 0; block < pre.blockCount(); ++block, ++blocks) {

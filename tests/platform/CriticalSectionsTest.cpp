@@ -22,7 +22,7 @@ TEST(CriticalSections, AreReentrantAndKeepOtherThreadsOut) {
     EXPECT_EQ(shared, 40000);
 }
 
-TEST(CriticalSections, TakenInTheWrongOrderEndADebugBuild) {
+TEST(CriticalSectionsDeathTest, TakenInTheWrongOrderEndADebugBuild) {
 #ifdef NDEBUG
     GTEST_SKIP() << "the order is watched in debug builds only";
 #else
