@@ -414,8 +414,7 @@ constexpr BiquadKernels wide = {{runWide<DirectKernels, 1>, runWide<DirectKernel
 } // namespace
 
 const BiquadKernels* wideBiquadKernels() noexcept REALTIME {
-    static const bool present = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-    return present ? &wide : nullptr;
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") ? &wide : nullptr;
 }
 
 #else

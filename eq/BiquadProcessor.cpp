@@ -246,7 +246,7 @@ void BiquadProcessor::runSections() noexcept REALTIME {
     }
     const BiquadKernels& kernels = biquadKernels();
     const BiquadKernel* const kernel = form == SectionForm::direct ? kernels.direct : kernels.stateVariable;
-    kernel[partner != nullptr ? 1 : 0](pass);
+    trustedRealtime([&] { kernel[partner != nullptr ? 1 : 0](pass); });
 }
 
 // The replaced cascades have scales of their own, the switch is one for all: so the scales come before the fade and the

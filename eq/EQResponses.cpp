@@ -49,10 +49,11 @@ void EQMagnitudeResponse::computeSquaredMagnitudes(std::int32_t start, float* ou
 void EQAnalogResponse::computeResponses(std::int32_t start, std::span<std::complex<float>> out) noexcept REALTIME {
     forPieces(radians, start, out, [this](const Frequencies& w, ResponseProduct& product) {
         for (const BiquadPrototype& section : prototype.used())
-            product.multiply([&w, section](std::size_t i) {
-                const double v = w[i] * section.invFrequency;
-                return ResponseProduct::Factor{section.b0 - v * v * section.b2, v * section.b1,
-                                               section.a0 - v * v * section.a2, v * section.a1};
+            // Numbers of its own, which the stores of the product cannot change.
+            product.multiply([&w, inverse = section.invFrequency, b0 = section.b0, b1 = section.b1, b2 = section.b2,
+                              a0 = section.a0, a1 = section.a1, a2 = section.a2](std::size_t i) {
+                const double v = w[i] * inverse;
+                return ResponseProduct::Factor{b0 - v * v * b2, v * b1, a0 - v * v * a2, v * a1};
             });
     });
 }

@@ -82,9 +82,11 @@ ZelkProcessor::BandDynamics::Region ZelkProcessor::BandDynamics::configure() noe
         region.frequency = std::log2(from);
         edges = {from, highestDetectorHz};
     }
-    compander.lowEdge = std::log2(edges.low);
-    compander.highEdge = std::log2(edges.high);
-    compander.autoThreshold = autoThreshold;
+    trustedRealtime([&] {
+        compander.lowEdge = std::log2(edges.low);
+        compander.highEdge = std::log2(edges.high);
+        compander.autoThreshold = autoThreshold;
+    });
     const float range = parameters.dynamicRange.get();
     const auto fixed = static_cast<float>(parameters.threshold.unitFromValue(parameters.threshold.get()));
     compander.threshold.assign(autoThreshold ? -std::fabs(range) : fixed);
@@ -97,12 +99,14 @@ ZelkProcessor::BandDynamics::Region ZelkProcessor::BandDynamics::configure() noe
 
 void ZelkProcessor::BandDynamics::setPolarity(bool upward) noexcept REALTIME {
     constexpr float scale = 30.0f; // dB
-    gainMeter.maximum = upward ? scale : 0.0f;
-    gainMeter.minimum = upward ? 0.0f : -scale;
-    gainMeter.detection = upward ? LevelSource::Detection::largest : LevelSource::Detection::smallest;
+    trustedRealtime([&] {
+        gainMeter.maximum = upward ? scale : 0.0f;
+        gainMeter.minimum = upward ? 0.0f : -scale;
+        gainMeter.detection = upward ? LevelSource::Detection::largest : LevelSource::Detection::smallest;
+    });
 }
 
-void ZelkProcessor::BandDynamics::setDelays(const Delays& wanted) noexcept REALTIME {
+void ZelkProcessor::BandDynamics::setDelays(const Delays& wanted) noexcept {
     renewDelay(detectorDelay, wanted.detector, detector);
     compander.input = &behind(detectorDelay, detector);
     renewDelay(thresholdDelay, wanted.meters, *compander.input);
@@ -111,8 +115,7 @@ void ZelkProcessor::BandDynamics::setDelays(const Delays& wanted) noexcept REALT
     gainMeter.input = &behind(gainDelay, compander);
 }
 
-void ZelkProcessor::BandDynamics::renewDelay(std::size_t place, std::int32_t samples,
-                                             wave::Producer& source) noexcept REALTIME {
+void ZelkProcessor::BandDynamics::renewDelay(std::size_t place, std::int32_t samples, wave::Producer& source) noexcept {
     std::unique_ptr<wave::DelayFilter>& delay = delays[place];
     const std::int32_t present = delay != nullptr ? delay->delay.getDelay() : 0;
     if (std::max(samples, 0) != present) {

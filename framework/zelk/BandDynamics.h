@@ -43,8 +43,8 @@ public:
     bool setActive(bool wanted) noexcept REALTIME; // false: it was so before
     bool updateAutoThreshold() noexcept REALTIME;  // the same
 
-    Region configure() noexcept REALTIME;                   // threshold, knee, times and meters follow the parameters
-    void setDelays(const Delays& wanted) noexcept REALTIME; // allocates those that change
+    Region configure() noexcept REALTIME;          // threshold, knee, times and meters follow the parameters
+    void setDelays(const Delays& wanted) noexcept; // allocates those that change
 
     Mixer detector; // the largest magnitude of the channels; one input each
     BandCompander compander;
@@ -53,7 +53,7 @@ public:
 
 private:
     void setPolarity(bool upward) noexcept REALTIME;
-    void renewDelay(std::size_t place, std::int32_t samples, wave::Producer& source) noexcept REALTIME;
+    void renewDelay(std::size_t place, std::int32_t samples, wave::Producer& source) noexcept;
     wave::Producer& behind(std::size_t place, wave::Producer& source) noexcept REALTIME;
 
     const EQParameterSet& parameters;

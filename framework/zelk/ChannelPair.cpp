@@ -12,6 +12,8 @@ ZelkProcessor::ChannelPair::ChannelPair(wave::Environment& environment)
 
 void ZelkProcessor::ChannelPair::setOutputMode(ChannelMode mode) noexcept REALTIME {
     const bool midSide = mode == ChannelMode::midSide;
-    outputEncoder.conversion = midSide ? Conversion::encode : Conversion::none;
-    outputDecoder.conversion = midSide ? Conversion::decode : Conversion::none;
+    trustedRealtime([&] {
+        outputEncoder.conversion = midSide ? Conversion::encode : Conversion::none;
+        outputDecoder.conversion = midSide ? Conversion::decode : Conversion::none;
+    });
 }

@@ -54,8 +54,10 @@ void SoloPath::follow(const EQParameterSet& band) noexcept REALTIME {
     const auto q = static_cast<float>(band.q.unitFromValue(band.q.get()));
     const float frequency = band.frequency.get();
 
-    filter.shape = soloShape(shape);
-    filter.slope = isShelf(shape) ? std::max(slope, FilterSlope::db48) : slope;
+    trustedRealtime([&] {
+        filter.shape = soloShape(shape);
+        filter.slope = isShelf(shape) ? std::max(slope, FilterSlope::db48) : slope;
+    });
     float filterFrequency = frequency;
     if (isShelf(shape)) {
         const BandEdges edges = bandEdges(q, std::exp2(frequency), shape, slope);
@@ -65,7 +67,7 @@ void SoloPath::follow(const EQParameterSet& band) noexcept REALTIME {
     filter.gain.assign(band.gain.get());
 
     const float share = preFilterShare(shape);
-    preFilter.enabled = share > 0.0f;
+    trustedRealtime([&] { preFilter.enabled = share > 0.0f; });
     const bool keepsQ = shape == FilterShape::tiltShelf || shape == FilterShape::bandPass;
     if (share > 0.0f) {
         preFilter.frequency.assign(frequency);

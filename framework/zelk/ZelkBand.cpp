@@ -69,17 +69,18 @@ void ZelkProcessor::Band::createResponses() {
     magnitudeResponse.reset();
     dynamicGain = nullptr;
     kernelOffset = 0.0f;
-    KernelGrid* const grid = owner.kernelGrid();
-    if (grid == nullptr)
+    KernelGrid* const ownersGrid = owner.kernelGrid();
+    if (ownersGrid == nullptr)
         return;
-    if (grid->mode == ProcessingMode::naturalPhase) {
-        analogResponse = std::make_unique<EQAnalogResponse>(grid->mapping, grid->frequencies, prototype);
-        biquadResponse = std::make_unique<EQBiquadResponse>(grid->mapping, grid->frequencies, prototype);
-        analogResponse->resize(static_cast<std::size_t>(grid->bins()));
-        biquadResponse->resize(static_cast<std::size_t>(grid->bins()));
+    if (ownersGrid->mode == ProcessingMode::naturalPhase) {
+        analogResponse = std::make_unique<EQAnalogResponse>(ownersGrid->mapping, ownersGrid->frequencies, prototype);
+        biquadResponse = std::make_unique<EQBiquadResponse>(ownersGrid->mapping, ownersGrid->frequencies, prototype);
+        analogResponse->resize(static_cast<std::size_t>(ownersGrid->bins()));
+        biquadResponse->resize(static_cast<std::size_t>(ownersGrid->bins()));
     } else {
-        magnitudeResponse = std::make_unique<EQMagnitudeResponse>(grid->mapping, grid->frequencies, prototype);
-        magnitudeResponse->reserve(grid->bins());
+        magnitudeResponse =
+            std::make_unique<EQMagnitudeResponse>(ownersGrid->mapping, ownersGrid->frequencies, prototype);
+        magnitudeResponse->reserve(ownersGrid->bins());
     }
 }
 

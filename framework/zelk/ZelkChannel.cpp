@@ -111,12 +111,14 @@ void ZelkProcessor::ZelkChannel::joinPair(ZelkChannel& left) {
 
 void ZelkProcessor::ZelkChannel::enableFilters(std::int32_t band) noexcept REALTIME {
     const bool works = bandOnChannel(zelk.bands.set(band), speakerCode);
-    mainFilter(band).enabled = works;
-    sideChainFilter(band).enabled = works;
+    trustedRealtime([&] {
+        mainFilter(band).enabled = works;
+        sideChainFilter(band).enabled = works;
+    });
 }
 
 void ZelkProcessor::ZelkChannel::followDynamics(std::int32_t band) noexcept REALTIME {
-    mainFilter(band).gainModulated = zelk.band(band).dynamics.isActive();
+    trustedRealtime([&] { mainFilter(band).gainModulated = zelk.band(band).dynamics.isActive(); });
     for (BandChain& chain : chains)
         chain.updateDynamic();
 }
@@ -238,7 +240,7 @@ bool ZelkProcessor::ZelkChannel::setRegion(std::int32_t band, const BandDynamics
     filter.q.assign(region.q);
     if (filter.shape == region.shape && nearlyEqual(filter.frequency.parameter().getTarget(), region.frequency))
         return false;
-    filter.shape = region.shape;
+    trustedRealtime([&] { filter.shape = region.shape; });
     filter.frequency.parameter().setValue(region.frequency, 0.0f);
     filter.reset();
     return true;

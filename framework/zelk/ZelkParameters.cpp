@@ -83,6 +83,6 @@ std::int32_t ZelkParameters::latencyAt(double sampleRate) const noexcept REALTIM
 bool ZelkParameters::movesLatency(std::int32_t id) const noexcept REALTIME {
     if (id == -1 || id == processingMode.id() || id == processingResolution.id() || anyBandUsed(bands))
         return true;
-    const std::int32_t band = bands.setIndexForId(id);
+    const std::int32_t band = trustedRealtime([&] { return bands.setIndexForId(id); });
     return band >= 0 && id == bands.set(band).stereoPlacement.id();
 }

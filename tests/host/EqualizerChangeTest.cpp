@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr double rate = 48000.0;
-
 // Chords with a wide spectrum, loud and without an edge of its own.
 Channels music(std::size_t length) {
     Channels channels(2, std::vector<float>(length, 0.0f));

@@ -7,13 +7,16 @@ void TestSource::process(wave::BasicBlock<float>& block, std::int32_t count, std
     lastMode = mode;
     continued = environment.continues(nextPosition, count);
     if (whenRun)
-        whenRun();
+        trustedRealtime([this] { whenRun(); });
+    const auto sample = [this](std::int32_t index) noexcept REALTIME {
+        return trustedRealtime([&] { return law(environment.position + static_cast<std::uint64_t>(index)); });
+    };
     if (constant) {
-        block.fillConstant(law(environment.position), count);
+        block.fillConstant(sample(0), count);
         return;
     }
     for (std::int32_t index = 0; index < count; ++index)
-        block[index] = law(environment.position + static_cast<std::uint64_t>(index));
+        block[index] = sample(index);
     block.isConstant = 0;
 }
 
