@@ -1,6 +1,7 @@
 #include "eq/Convolver.h"
 
 #include "base/FloatTolerance.h"
+#include "base/ReleaseAssert.h"
 #include "eq/ConvolverConfiguration.h"
 #include "eq/ConvolverKernel.h"
 #include "eq/ConvolverLevel.h"
@@ -22,6 +23,21 @@ Convolver::Convolver(wave::Environment& owner, Kernel& wanted)
 
 Convolver::~Convolver() = default;
 
+void Convolver::follow(Convolver* wanted) noexcept REALTIME {
+    if (wanted == leader)
+        return;
+    if (wanted == nullptr) {
+        kernel.takeOver(leader->kernel);
+        top->follow(nullptr, kernel.nextNumber());
+    } else {
+        release_assert(&wanted->kernel.getConfiguration() == &kernel.getConfiguration());
+        release_assert(wanted->leader == nullptr && kernel.getConfiguration().getHop() > environment.maxBlockSize);
+        wanted->kernel.setDirty();
+        top->follow(wanted->top.get(), wanted->kernel.nextNumber());
+    }
+    leader = wanted;
+}
+
 std::int32_t Convolver::getLatency() const noexcept REALTIME {
     return kernel.getConfiguration().getLatency();
 }
@@ -41,7 +57,10 @@ bool Convolver::isAtRest() const noexcept REALTIME {
 void Convolver::filter(const wave::BasicBlock<float>& inputBlock, wave::BasicBlock<float>& outputBlock,
                        std::int32_t count, std::uint32_t) noexcept REALTIME {
     const bool streamBroke = !environment.continues(nextPosition, count);
-    kernel.beginCycle(count, streamBroke);
+    if (leader != nullptr)
+        leader->pull(count);
+    else
+        kernel.beginCycle(count, streamBroke);
     if (streamBroke) {
         top->reset(0);
         if (inputDelay != nullptr)

@@ -25,14 +25,25 @@ public:
     class Slot;          // one state of it
     class UpdateTask;    // a step of its making
 
-    // One convolver reads a kernel; connecting another one takes it over. The kernel and its configuration stay where
-    // they are as long as the convolver is used.
+    // The kernel is this convolver's own; connecting another one takes it over. The kernel and its configuration stay
+    // where they are as long as the convolver is used.
     Convolver(wave::Environment& owner, Kernel& kernel);
     ~Convolver() override;
 
     bool isAtRest() const noexcept REALTIME override; // the last sound has left the kernel
     void filter(const wave::BasicBlock<float>& inputBlock, wave::BasicBlock<float>& outputBlock, std::int32_t count,
                 std::uint32_t mode) noexcept REALTIME override;
+
+    // Reads the kernel of another convolver in place of its own, which then rests: for two channels whose kernels would
+    // be the same. Null: its own again. Either way it goes on with what it has until a kernel is done that was begun
+    // after this, and fades to that. Not owned.
+    //
+    // Both run in every cycle, came into being in the same one and have one configuration, so that their hops and
+    // breaks fall on the same samples. Whichever is pulled first, the leader runs first. It takes at most one kernel in
+    // a cycle, since a hop is longer than a block, and this one finds that very kernel at the same boundary. The other
+    // one leads nobody when it goes, and does not follow itself.
+    void follow(Convolver* wanted) noexcept REALTIME; // between cycles
+    [[nodiscard]] bool isFollowing() const noexcept REALTIME { return leader != nullptr; }
 
     std::int32_t getLatency() const noexcept REALTIME; // samples, on top of the delay in the kernel itself
 
@@ -45,6 +56,7 @@ private:
     std::unique_ptr<wave::Delay> inputDelay; // with several levels: what all but the deepest of them read
     wave::BasicBlock<float> delayedBlock;
     std::unique_ptr<ConvolverLevel> top;
+    Convolver* leader = nullptr; // not owned; null: its own kernel is read
     std::uint64_t nextPosition = 0;
     std::int32_t silence = 0; // samples since the last sound of the input, at most ringing()
 };

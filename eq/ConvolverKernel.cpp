@@ -15,10 +15,10 @@ std::size_t slotCount(const Convolver::Configuration& configuration) noexcept {
 Convolver::Slot::Slot(const Configuration& configuration,
                       const std::vector<std::unique_ptr<AlignedBuffer<float>>>& scratches)
     : samples(configuration.getKernelLength()) {
-    std::size_t number = 0;
-    for (const Configuration* level = &configuration; level != nullptr; level = level->getChild(), ++number)
+    std::size_t depth = 0;
+    for (const Configuration* level = &configuration; level != nullptr; level = level->getChild(), ++depth)
         for (std::int32_t partition = 0; partition < level->getPartitionCount(); ++partition)
-            partitions.push_back(std::make_unique<FFTBlock>(level->getPlan(), *scratches[number]));
+            partitions.push_back(std::make_unique<FFTBlock>(level->getPlan(), *scratches[depth]));
 }
 
 Convolver::Kernel::StoreInputTask::StoreInputTask(std::int32_t first, std::int32_t count)
@@ -59,6 +59,15 @@ void Convolver::Kernel::add(std::unique_ptr<UpdateTask> task) {
 void Convolver::Kernel::connect() noexcept {
     for (const std::unique_ptr<Slot>& slot : slots)
         slot->readers = 0;
+}
+
+void Convolver::Kernel::takeOver(const Kernel& other) noexcept REALTIME {
+    sequence.stop();
+    sampleBudget = 0;
+    immediate = false;
+    dirty = true;
+    lastFinished = other.lastFinished;
+    everFinished = other.everFinished;
 }
 
 void Convolver::Kernel::beginCycle(std::int32_t count, bool streamBroke) noexcept REALTIME {
@@ -129,6 +138,7 @@ std::size_t Convolver::Kernel::freeSlot() const noexcept REALTIME {
 void Convolver::Kernel::start(std::size_t slot) noexcept REALTIME {
     next = slot;
     Slot& target = *slots[slot];
+    target.number = ++started;
     for (const std::unique_ptr<UpdateTask>& task : updateTasks)
         task->target = &target;
     for (std::size_t partition = 0; partition < fftTasks.size(); ++partition) {

@@ -23,7 +23,8 @@ public:
 
     AlignedBuffer<float> samples;
     std::int32_t length = 0;                           // valid samples
-    std::int32_t readers = 0;                          // places in the convolver's levels that may still read it
+    std::uint64_t number = 0;                          // which one of its kernel; 0 was never made
+    std::int32_t readers = 0;                          // places in the convolvers' levels that may still read it
     std::vector<std::unique_ptr<FFTBlock>> partitions; // the top level's first
 };
 
@@ -37,7 +38,8 @@ public:
 
 // A slot is written only while no level reads it, and the newest complete one never. With the slot in the making these
 // are, at most: one that a level fades out, the one it fades in or has, one that waits for it below the top, and the
-// newest.
+// newest. A second convolver that follows the first holds the same ones, but for a while after it began to follow; a
+// kernel that finds no free slot then waits.
 class Convolver::Kernel : public wave::Component {
 public:
     Kernel(wave::Environment& owner, const Configuration& configuration);
@@ -56,6 +58,9 @@ public:
     void connect() noexcept;                                                 // [!audio] no level reads any slot
     void beginCycle(std::int32_t count, bool streamBroke) noexcept REALTIME; // before anything else in a cycle
     Slot& getNewest() noexcept REALTIME { return *slots[newest]; }
+    std::uint64_t nextNumber() const noexcept REALTIME { return started + 1; } // of a slot that is begun from now on
+    // Begins anew, at the pace of the one that its convolver has read meanwhile. What was in the making is dropped.
+    void takeOver(const Kernel& other) noexcept REALTIME;
 
     const Configuration& getConfiguration() const noexcept REALTIME { return configuration; }
     std::int32_t getCyclePosition() const noexcept REALTIME {
@@ -102,6 +107,7 @@ private:
 
     std::size_t newest = 0;
     std::size_t next = 0;           // in the making
+    std::uint64_t started = 0;      // slots ever begun
     std::uint64_t lastFinished = 0; // position
     bool everFinished = false;
     bool dirty = true;

@@ -72,6 +72,11 @@ void ConvolverLevel::clear() noexcept REALTIME {
     pending.set(nullptr);
 }
 
+void ConvolverLevel::follow(const ConvolverLevel* wanted, std::uint64_t fresh) noexcept REALTIME {
+    leader = wanted;
+    firstFresh = fresh;
+}
+
 std::int64_t ConvolverLevel::getWorkEverDone() const noexcept REALTIME {
     return scheduler.getWorkEverDone() + (child != nullptr ? child->getWorkEverDone() : 0);
 }
@@ -150,7 +155,7 @@ void ConvolverLevel::addOutput(float* output, std::int32_t count) noexcept REALT
 }
 
 void ConvolverLevel::hopBoundary(std::int32_t offset) noexcept REALTIME {
-    if (kernel != nullptr)
+    if (kernel != nullptr && leader == nullptr)
         kernel->hopBoundary(offset);
     if (crossfadeLeft == 0 && crossfadePending > 0) {
         crossfadeLeft = crossfadePending;
@@ -162,7 +167,7 @@ void ConvolverLevel::hopBoundary(std::int32_t offset) noexcept REALTIME {
         outgoing.set(nullptr);
     if (kernel != nullptr) {
         if (crossfadePending == 0)
-            setKernel(kernel->getNewest());
+            takeKernel();
     } else if (pending.get() != nullptr) {
         if (pendingCountdown == 1) {
             setKernel(*pending.get());
@@ -173,6 +178,14 @@ void ConvolverLevel::hopBoundary(std::int32_t offset) noexcept REALTIME {
     }
     if (current.get() != nullptr)
         arrangeTasks();
+}
+
+// The leader has run this cycle, so what it has is what it took at this boundary. What is not fresh belongs to other
+// bands; only at the begin of a stream there is nothing better.
+void ConvolverLevel::takeKernel() noexcept REALTIME {
+    Convolver::Slot& offered = leader != nullptr ? *leader->current.get() : kernel->getNewest();
+    if (offered.number >= firstFresh || current.get() == nullptr)
+        setKernel(offered);
 }
 
 void ConvolverLevel::setKernel(Convolver::Slot& slot) noexcept REALTIME {

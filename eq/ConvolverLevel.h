@@ -32,6 +32,9 @@ public:
     // `delayed` is the input as all levels but the deepest read it. At most a block.
     void process(const float* input, const float* delayed, float* output, std::int32_t count) noexcept REALTIME;
 
+    // At the top: takes the kernels that another top level takes, or its own with null, from slot number `fresh` on.
+    void follow(const ConvolverLevel* wanted, std::uint64_t fresh) noexcept REALTIME;
+
     std::int64_t getWorkEverDone() const noexcept REALTIME; // of the children too
 
 private:
@@ -53,13 +56,16 @@ private:
     void collect(const float* samples, std::int32_t count) noexcept REALTIME;
     void addOutput(float* output, std::int32_t count) noexcept REALTIME;
     void hopBoundary(std::int32_t offset) noexcept REALTIME;
+    void takeKernel() noexcept REALTIME;
     void setKernel(Convolver::Slot& slot) noexcept REALTIME;
     void arrangeTasks() noexcept REALTIME;
     void arrangeSet(std::size_t set, Convolver::Slot* slot) noexcept REALTIME;
 
     wave::Environment& environment;
     const Convolver::Configuration& configuration;
-    Convolver::Kernel* const kernel; // not owned
+    Convolver::Kernel* const kernel;        // not owned
+    const ConvolverLevel* leader = nullptr; // not owned; of a top level whose own kernel rests
+    std::uint64_t firstFresh = 0;           // number of the first slot to take
     const std::size_t firstPartition;
     const std::int32_t hop;
     std::unique_ptr<ConvolverLevel> child;

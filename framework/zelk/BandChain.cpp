@@ -20,6 +20,11 @@ ZelkProcessor::BandChain::BandChain(ZelkProcessor& processor, ZelkChannel& ownCh
     naturalPhase.denominators.reserve(bandCount);
 }
 
+void ZelkProcessor::BandChain::setPartner(BandChain& other, Role ownRole) noexcept {
+    partner = &other;
+    role = ownRole;
+}
+
 void ZelkProcessor::BandChain::add(std::int32_t band) noexcept REALTIME {
     list[count++] = band;
 }
@@ -34,8 +39,9 @@ void ZelkProcessor::BandChain::renewConvolver(bool inUse) noexcept REALTIME {
         return;
     const RealtimePermit permit{"convolver of a chain"};
     trustedRealtime([this, wanted] {
-        convolver.reset();
-        kernel.reset();
+        if (partner != nullptr && role == Role::leads)
+            partner->dropConvolver(); // may read this one's kernel
+        dropConvolver();
         grid = wanted;
         if (grid == nullptr)
             return;
@@ -47,12 +53,25 @@ void ZelkProcessor::BandChain::renewConvolver(bool inUse) noexcept REALTIME {
     });
 }
 
+void ZelkProcessor::BandChain::dropConvolver() {
+    convolver.reset();
+    kernel.reset();
+    grid = nullptr;
+}
+
+bool ZelkProcessor::BandChain::isLikePartner() const noexcept REALTIME {
+    return partner != nullptr && std::ranges::equal(bands(), partner->bands());
+}
+
 wave::Producer& ZelkProcessor::BandChain::connect(wave::Producer& input) noexcept REALTIME {
     const bool linear = convolver != nullptr && owner.isLinear();
     wave::Producer& signal = linear ? input : connectFilters(input);
     if (convolver == nullptr)
         return signal;
     convolver->input = &signal;
+    // In Natural Phase kernels change within a block. In Linear Phase all bands of a chain work on its channel.
+    if (role == Role::follows)
+        convolver->follow(linear && isLikePartner() ? partner->convolver.get() : nullptr);
     if (!linear)
         gatherResponses();
     updateDynamic();
@@ -63,7 +82,7 @@ wave::Producer& ZelkProcessor::BandChain::connect(wave::Producer& input) noexcep
 wave::Producer& ZelkProcessor::BandChain::connectFilters(wave::Producer& input) noexcept REALTIME {
     if (bands().empty())
         return input;
-    if (partner == nullptr || std::ranges::equal(bands(), partner->bands())) {
+    if (partner == nullptr || isLikePartner()) {
         filters.clear();
         for (const std::int32_t band : bands())
             filters.add(channel.mainFilter(band));
@@ -96,7 +115,7 @@ void ZelkProcessor::BandChain::gatherResponses() noexcept REALTIME {
 }
 
 void ZelkProcessor::BandChain::markDirty() noexcept REALTIME {
-    if (kernel == nullptr)
+    if (kernel == nullptr || convolver->isFollowing())
         return;
     kernel->setEvaluationWeight(evaluationCost());
     kernel->setDirty();

@@ -28,12 +28,14 @@ public:
     BandChain(const BandChain&) = delete;
     BandChain& operator=(const BandChain&) = delete;
 
-    void setPartner(BandChain& other) noexcept { partner = &other; } // of the other channel of a pair
+    enum class Role { leads, follows };
+    void setPartner(BandChain& other, Role ownRole) noexcept; // the same chain on the other channel of a pair
 
     void clear() noexcept REALTIME { count = 0; }
     void add(std::int32_t band) noexcept REALTIME; // in ascending order
 
-    // Convolver and kernel for the present grid, or none. Allocates when there is a change.
+    // Convolver and kernel for the present grid, or none. Allocates when there is a change. The one that leads comes
+    // first.
     void renewConvolver(bool inUse) noexcept REALTIME;
 
     // Puts the filters of the bands one behind the other, and the convolver where the mode wants it. The result is
@@ -52,6 +54,8 @@ public:
 
 private:
     [[nodiscard]] bool sounds(std::int32_t band) const noexcept REALTIME; // works on this channel now
+    void dropConvolver();
+    [[nodiscard]] bool isLikePartner() const noexcept REALTIME;
     wave::Producer& connectFilters(wave::Producer& input) noexcept REALTIME;
     void gatherResponses() noexcept REALTIME;
     std::span<const std::int32_t> soundingBands() noexcept REALTIME; // of the list
@@ -64,6 +68,7 @@ private:
     std::size_t count = 0;
     std::array<std::int32_t, bandCount> sounding{};
     BandChain* partner = nullptr; // not owned; null on single channels
+    Role role = Role::leads;      // of a pair whose kernels would be the same the one that leads makes it
     FilterChain filters;
     KernelGrid* grid = nullptr; // of the convolver; not owned
     ChainMagnitude magnitude;   // of Linear Phase

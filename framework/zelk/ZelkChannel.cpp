@@ -86,8 +86,8 @@ void ZelkProcessor::ZelkChannel::joinPair(ZelkChannel& left) {
     pair = left.pair = left.ownPair.get();
     left.rightOfPair = this;
     for (std::size_t chain = 0; chain < chains.size(); ++chain) {
-        chains[chain].setPartner(left.chains[chain]);
-        left.chains[chain].setPartner(chains[chain]);
+        chains[chain].setPartner(left.chains[chain], BandChain::Role::follows);
+        left.chains[chain].setPartner(chains[chain], BandChain::Role::leads);
     }
     outputVolume.gain.connect(&left.levelPan->output(1));
     ZelkChannel* const both[] = {&left, this};

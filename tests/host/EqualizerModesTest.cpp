@@ -191,3 +191,36 @@ TEST(EqualizerModes, LinearPhaseIsSymmetricAndFollowsTheAnalogMagnitude) {
         }
     }
 }
+
+// A band at 0 dB on the left channel alone parts the kernels of the pair and is not heard itself.
+TEST(EqualizerModes, LinearPhaseSoundsTheSameWithOneKernelForBothChannelsAndWithTwo) {
+    enum class Kernels { one, two, byTurns };
+    constexpr std::size_t length = 96000;
+    const Channels input{noise(1, 0.5, length), noise(2, 0.5, length)};
+    const auto render = [&](Kernels kernels, const char* resolution, double dynamicRange) {
+        EqualizerBench bench(ZELK_PLUGIN_FILE);
+        bench.set("Processing Mode", "Linear Phase");
+        bench.set("Processing Resolution", resolution);
+        bench.set("Band 1 Used", "Used");
+        bench.set("Band 2 Gain", 6.0);
+        bench.set("Band 2 Dynamic Range", dynamicRange);
+        bench.set("Band 2 Used", "Used");
+        bench.set("Band 3 Stereo Placement", "Left");
+        bench.set("Band 3 Gain", 0.0);
+        bench.set("Band 3 Used", kernels == Kernels::two ? "Used" : "Unused");
+        bench.restart();
+        // A dynamic kernel is always in the making: how far a change finds it depends on what it costs.
+        for (std::size_t step = 1; step < 5 && dynamicRange >= 0.0; ++step) {
+            bench.set("Band 1 Gain", step % 2 == 0 ? -9.0 : 9.0, step * 16000);
+            if (kernels == Kernels::byTurns)
+                bench.set("Band 3 Used", step % 2 == 0 ? "Unused" : "Used", step * 16000);
+        }
+        return bench.render(input, 200);
+    };
+    for (const char* const resolution : {"Low", "Very High"}) {
+        const Channels one = render(Kernels::one, resolution, 0.0);
+        EXPECT_EQ(one, render(Kernels::two, resolution, 0.0)) << resolution;
+        EXPECT_EQ(one, render(Kernels::byTurns, resolution, 0.0)) << resolution;
+    }
+    EXPECT_EQ(render(Kernels::one, "Medium", -6.0), render(Kernels::two, "Medium", -6.0));
+}
