@@ -3,6 +3,7 @@
 #include "base/ReleaseAssert.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 RealTimeAudioBuffer::RealTimeAudioBuffer(wave::Environment& owner, std::size_t channelsOfLayout)
@@ -28,27 +29,20 @@ std::unique_ptr<RealTimeAudioBuffer::Measurement> RealTimeAudioBuffer::createMea
     return std::make_unique<Measurement>(*this, index);
 }
 
-float* RealTimeAudioBuffer::block(std::size_t group, std::size_t measurementIndex,
-                                  std::size_t channel) noexcept REALTIME {
-    return groups[group].data() + (measurementIndex * channels + channel) * blockSize;
-}
-
 void RealTimeAudioBuffer::process(wave::BasicBlock<float>&, std::int32_t count, std::uint32_t) noexcept REALTIME {
     if (pauses.load(std::memory_order_relaxed) != 0)
         return;
     std::size_t place = 0;
     for (const auto& each : measurements)
         for (std::size_t channel = 0; channel < channels; ++channel)
-            pulled[place++] = pullOrSilence(each->input(channel), environment, count).data();
+            pulled[place++] = &pullOrSilence(each->input(channel), environment, count);
 
     const auto length = static_cast<std::size_t>(count);
     for (std::size_t taken = 0; taken < length;) {
         if (currentGroup == none && !takeGroup())
             return;
         const std::size_t samples = std::min(blockSize - fillPosition, length - taken);
-        float* target = groups[static_cast<std::size_t>(currentGroup)].data() + fillPosition;
-        for (std::size_t input = 0; input < place; ++input)
-            std::copy_n(pulled[input] + taken, samples, target + input * blockSize);
+        fill(groups[static_cast<std::size_t>(currentGroup)], taken, samples);
         taken += samples;
         fillPosition += samples;
         if (fillPosition == blockSize) {
@@ -57,6 +51,26 @@ void RealTimeAudioBuffer::process(wave::BasicBlock<float>&, std::int32_t count, 
             if (filledQueue.pushRealtime(currentGroup))
                 currentGroup = none;
         }
+    }
+}
+
+// Silence is only noted, above all that of a side chain which is not connected. A block gets its samples from the first
+// that sounds on.
+void RealTimeAudioBuffer::fill(Group& group, std::size_t taken, std::size_t count) noexcept REALTIME {
+    float* target = group.samples.data();
+    for (std::size_t place = 0; place < pulled.size(); ++place, target += blockSize) {
+        const wave::BasicBlock<float>& from = *pulled[place];
+        std::uint8_t& silent = group.silent[place];
+        const bool adds = from.isConstant == 0 || from.data()[0] != 0.0f;
+        if (fillPosition == 0)
+            silent = adds ? 0 : 1;
+        if (!adds && silent != 0)
+            continue;
+        if (silent != 0) {
+            std::fill_n(target, fillPosition, 0.0f);
+            silent = 0;
+        }
+        std::copy_n(from.data() + taken, count, target + fillPosition);
     }
 }
 
@@ -118,7 +132,7 @@ void RealTimeAudioBuffer::addGroups() {
     const double factor = std::max(1.0, std::min<double>(environment.sampleRate, 8.0 * baseRate) / baseRate);
     const auto wanted = static_cast<std::size_t>(std::lround(static_cast<double>(baseGroupCount) * factor));
     while (groups.size() < wanted) {
-        groups.emplace_back(static_cast<std::int32_t>(measurementCount * channels * blockSize));
+        groups.emplace_back(measurementCount * channels);
         release_assert(freeQueue.push(static_cast<std::int32_t>(groups.size() - 1)));
     }
 }
@@ -127,6 +141,10 @@ RealTimeAudioBuffer::Measurement::Measurement(RealTimeAudioBuffer& owner, std::i
     : active(this, true), buffer(owner), index(ownIndex), inputs(owner.channels, nullptr) {}
 
 std::span<const float> RealTimeAudioBuffer::Measurement::blockData(std::size_t blockIndex, std::size_t channel) const {
-    const auto group = static_cast<std::size_t>(buffer.consumed[blockIndex]);
-    return {buffer.block(group, static_cast<std::size_t>(index), channel), RealTimeAudioBuffer::blockSize};
+    static constexpr std::array<float, RealTimeAudioBuffer::blockSize> silence{};
+    const Group& group = buffer.groups[static_cast<std::size_t>(buffer.consumed[blockIndex])];
+    const std::size_t place = buffer.placeOf(static_cast<std::size_t>(index), channel);
+    if (group.silent[place] != 0)
+        return silence;
+    return {group.samples.data() + place * RealTimeAudioBuffer::blockSize, RealTimeAudioBuffer::blockSize};
 }

@@ -7,6 +7,7 @@
 #include "base/Realtime.h"
 #include "wave/AlignedBuffer.h"
 #include "wave/AudioSource.h"
+#include "wave/BasicBlock.h"
 #include "wave/Producer.h"
 
 #include <atomic>
@@ -52,13 +53,24 @@ protected:
     virtual std::unique_ptr<Measurement> createMeasurement(std::int32_t index);
 
 private:
+    // The memory of one group, and which of its blocks hold silence: those are never written.
+    struct Group {
+        explicit Group(std::size_t blocks)
+            : samples(static_cast<std::int32_t>(blocks * blockSize)), silent(blocks, 0) {}
+        AlignedBuffer<float> samples;
+        std::vector<std::uint8_t> silent; // one a block
+    };
+
     // Why `process` has nothing to do. One word, so that this costs one test a block.
     static constexpr std::uint32_t overflowed = 1; // set by audio, taken by the reader
     static constexpr std::uint32_t unwatched = 2;  // no measurement is active; set and cleared by the reader
 
     static constexpr std::int32_t none = -1;
 
-    float* block(std::size_t group, std::size_t measurementIndex, std::size_t channel) noexcept REALTIME;
+    std::size_t placeOf(std::size_t measurementIndex, std::size_t channel) const noexcept REALTIME {
+        return measurementIndex * channels + channel;
+    }
+    void fill(Group& group, std::size_t taken, std::size_t count) noexcept REALTIME;
     bool takeGroup() noexcept REALTIME; // false: there is none
     void lockGroups();
     void unlockGroups();
@@ -70,13 +82,13 @@ private:
     bool stopWhenFull = true;
     std::vector<std::unique_ptr<Measurement>> measurements;
 
-    std::vector<AlignedBuffer<float>> groups;    // only ever added to, within what the constructor reserved
+    std::vector<Group> groups;                   // only ever added to, within what the constructor reserved
     LockFreeQueue<std::int32_t> freeQueue{1024}; // of groups; 1024 is far more than there ever are
     LockFreeQueue<std::int32_t> filledQueue{1024};
     std::atomic<std::uint32_t> pauses{0}; // who finds `overflowed` also sees all groups that were filled before it
 
     // The audio side.
-    std::vector<const float*> pulled; // this cycle's inputs, measurement by measurement
+    std::vector<const wave::BasicBlock<float>*> pulled; // this cycle's inputs, measurement by measurement
     std::int32_t currentGroup = none;
     std::size_t fillPosition = 0; // samples in the current group
 
@@ -91,8 +103,8 @@ public:
 
     Property<bool> active; // [reader] the buffer rests while no measurement is
 
-    // [main & !processing] Not owned; null is silence.
-    void setInput(std::size_t channel, wave::Producer* producer) noexcept { inputs[channel] = producer; }
+    // [audio, or main & !processing] Not owned; null is silence.
+    void setInput(std::size_t channel, wave::Producer* producer) noexcept REALTIME { inputs[channel] = producer; }
     wave::Producer* input(std::size_t channel) const noexcept REALTIME { return inputs[channel]; }
 
     void lock() override { buffer.lockGroups(); }

@@ -4,7 +4,10 @@
 #include "framework/AbstractPluginParameter.h"
 #include "framework/PluginInstances.h"
 #include "framework/PluginSettings.h"
+#include "framework/ReceivedSources.h"
+#include "framework/chl/Layouts.h"
 #include "platform/AsyncEventQueues.h"
+#include "platform/Clock.h"
 #include "platform/CriticalSections.h"
 
 #include <algorithm>
@@ -21,7 +24,7 @@ constexpr std::int32_t messageMidi = 4;
 
 } // namespace
 
-GenericPlugin::GenericPlugin() : queue(createAsyncEventQueue()) {
+GenericPlugin::GenericPlugin() : queue(createAsyncEventQueue()), exchangeClock(millisecondTicks) {
     queue->event.add(this, &GenericPlugin::handleAsync);
 }
 
@@ -31,6 +34,7 @@ GenericPlugin::~GenericPlugin() {
 
 void GenericPlugin::init() {
     automated = std::make_unique<ParameterIdSet>(static_cast<std::size_t>(parameterCount()));
+    makeSources();
     const ScopedLock lock(processSection());
     PluginInstances& instances = PluginInstances::ofProcess();
     const bool first = instances.empty();
@@ -88,8 +92,9 @@ void GenericPlugin::controllerMapChanged() {
 
 void GenericPlugin::setListener(Listener* wanted) {
     listener.store(wanted);
-    // A call that took the old one before the store has raised the count before, so waiting for 0 outlasts it.
-    while (wanted == nullptr && listenerUse.load() != 0)
+    // A call that took the old one before the store has raised the count before, so waiting for 0 outlasts it. The same
+    // holds for an exchange that found no interface.
+    while (listenerUse.load() != 0)
         std::this_thread::yield();
 }
 
@@ -252,11 +257,19 @@ void GenericPlugin::setSampleRate(float wanted) {
     if (nearlyEqual(wanted, rate))
         return;
     rate = wanted;
+    {
+        const InterfaceHold held(*this);
+        received->setSampleRate(rate);
+    }
     updateLatency();
 }
 
 void GenericPlugin::setLayout(int wanted) {
     layoutIndex = wanted;
+    {
+        const InterfaceHold held(*this);
+        received->setChannelCount(chl::channelCount(static_cast<chl::Layout>(wanted)));
+    }
     tellListener(eventLayout, 0);
 }
 

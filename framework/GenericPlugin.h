@@ -23,7 +23,9 @@
 #include <thread>
 #include <vector>
 
+class ExchangeStream;
 class PluginSettings;
+class ReceivedSources;
 class SettingSerializer;
 class SharedPluginSettings;
 
@@ -49,10 +51,15 @@ public:
     public:
         virtual void pluginEvent(std::int32_t code, std::int32_t argument) = 0; // [any]
 
+        // Around every change of what the interface reads of the audio side: no display reads meanwhile.
+        virtual void lockInterface() {}
+        virtual void unlockInterface() {}
+
     protected:
         ~Listener() = default;
     };
 
+    class InstanceProxy;
     using Settings = PluginSettings;
     using SharedSettings = SharedPluginSettings;
 
@@ -86,7 +93,9 @@ public:
     // Binding.
     void setAdapter(Adapter* bound) noexcept { adapter = bound; } // not owned, null unbinds
     virtual void adapterBound() {}
-    void setListener(Listener* wanted); // not owned; null waits until no call of the old one runs
+    // Not owned. Waits until no call of the old one runs and no other instance exchanges for this one; so the caller
+    // holds no lock of the instance.
+    void setListener(Listener* wanted);
     AsyncEventQueue& asyncQueue() noexcept { return *queue; }
     void drain(); // what other threads left for this one
 
@@ -119,6 +128,17 @@ public:
     std::int32_t instanceId();                                              // given at the first question
     std::int32_t givenInstanceId() const noexcept { return ownInstanceId; } // -1: not yet
     bool hasAutomaticName() const noexcept { return automaticName; }
+
+    // What the audio side shows. The interface's timer exchanges, never a thread that draws; without an interface,
+    // instances that look at this one do.
+    static constexpr std::uint32_t leastExchangeMs = 5;
+    ReceivedSources& sources() noexcept { return *received; }
+    bool exchangeWhenDue();                                                                        // true: it was
+    void readSources(ExchangeStream& stream);                                                      // [adapter lock]
+    void setExchangeClock(std::uint32_t (*wanted)() noexcept) noexcept { exchangeClock = wanted; } // milliseconds
+    // One for each instance of the process; all of them have ids from here on.
+    static std::vector<std::unique_ptr<InstanceProxy>> instanceProxies(const GenericPlugin* except);
+
     virtual bool sideChainSwitch() const noexcept { return true; } // opens the side chain port, with the capability
 
     // Presets.
@@ -204,6 +224,23 @@ protected:
 private:
     enum class Pending { nothing, withEcho, silentOnly };
 
+    // The listener's interface, held for a scope.
+    class InterfaceHold {
+    public:
+        explicit InterfaceHold(GenericPlugin& plugin);
+        ~InterfaceHold();
+        InterfaceHold(const InterfaceHold&) = delete;
+        InterfaceHold& operator=(const InterfaceHold&) = delete;
+        bool isWatched() const noexcept { return held != nullptr; }
+
+    private:
+        GenericPlugin& owner;
+        Listener* held = nullptr;
+    };
+
+    void makeSources();
+    void exchangeForOthers(); // under processSection; nothing while there is an interface, or on another thread
+
     void handleAsync();
     void sendToAdapter(std::int32_t id);
     void noteChange(std::int32_t id, float value);
@@ -224,6 +261,10 @@ private:
     CurrentPreset preset;
     std::unique_ptr<Settings> ownSettings;
     ParameterCollection interfaceParameters{this};
+    std::unique_ptr<ReceivedSources> received;
+    std::uint32_t (*exchangeClock)() noexcept; // milliseconds, wraps
+    std::uint32_t lastExchange = 0;            // by that clock
+    bool exchanged = false;                    // once at least
     std::atomic<Pending> pendingKind{Pending::nothing};
     std::int32_t pendingId = allValuesSmoothed;
     std::atomic<std::int32_t> latencySamples{0};

@@ -59,7 +59,7 @@ void GenericPluginProcessor::process(const Buffers& buffers, std::size_t frames,
     midiActivityCode = -1;
     applyChanges();
     if (transportNew) {
-        tempoChanged(lastTempo, positionInBeats);
+        tempoChanged(lastTempo.load(std::memory_order_relaxed), positionInBeats);
         transportNew = false;
     }
     const Buffers bound{buffers.inputs, buffers.outputs.first(std::min(buffers.outputs.size(), layoutChannels))};
@@ -153,14 +153,15 @@ void GenericPluginProcessor::sampleRateChanged() {
 
 void GenericPluginProcessor::setTransport(double tempo, double beats, bool playing) noexcept REALTIME {
     const auto hostTempo = static_cast<float>(tempo);
-    lastTempo = nearlyZero(hostTempo) ? 120.0f : hostTempo;
+    const float known = nearlyZero(hostTempo) ? 120.0f : hostTempo;
+    lastTempo.store(known, std::memory_order_relaxed);
     const auto hostBeats = static_cast<float>(beats);
     if (!nearlyEqual(hostBeats, lastBeats) || playing) {
         positionInBeats = beats;
         if (playing && !transportPlaying)
             transportStarted();
     } else {
-        positionInBeats += static_cast<double>(framesSinceTransport) * static_cast<double>(lastTempo) /
+        positionInBeats += static_cast<double>(framesSinceTransport) * static_cast<double>(known) /
                            (60.0 * static_cast<double>(graph.sampleRate));
     }
     positionInBeats = std::fmod(positionInBeats, positionPeriod);

@@ -24,6 +24,8 @@
 #include <span>
 #include <vector>
 
+class ExchangeStream;
+
 class GenericPluginProcessor : public GenericPluginBase {
 public:
     class BypassProcessor;
@@ -83,6 +85,10 @@ public:
     virtual void noteOff(std::int32_t, float) noexcept REALTIME {} // note, velocity
     virtual void noteOn(std::int32_t, float) noexcept REALTIME {}
     std::vector<ValueAssignable<float>*> floatTargets; // what controllers move beside parameters; not owned, not null
+
+    // What displays see. Whoever exchanges holds off a change of layout.
+    void readRequests(ExchangeStream& stream); // [main] what displays ask of the meters
+    void writeSources(ExchangeStream& stream); // [main] all that is new, and tells the graph that somebody looks
 
     // Questions.
     virtual std::int32_t tailLength() const noexcept REALTIME;   // samples the graph sounds on, -1: for ever
@@ -188,7 +194,7 @@ private:
     std::int64_t framesSinceTransport = 0;
     double positionInBeats = 0.0; // wraps at 256
     float lastBeats = 0.0f;
-    float lastTempo = 120.0f;
+    std::atomic<float> lastTempo{120.0f}; // written by audio, relaxed: displays read it too
     bool initialized = false;
     bool transportPlaying = false;
     bool transportNew = false;

@@ -85,6 +85,18 @@ std::int32_t PluginInstances::nextId() noexcept {
     return free;
 }
 
+GenericPlugin* PluginInstances::find(std::int32_t id, std::size_t& position) noexcept {
+    if (position < instances.size() && instances[position]->givenInstanceId() == id)
+        return instances[position];
+    for (std::size_t index = 0; index < instances.size(); ++index) {
+        if (instances[index]->instanceId() == id) {
+            position = index;
+            return instances[index];
+        }
+    }
+    return nullptr;
+}
+
 bool PluginInstances::claimId(std::int32_t wanted) noexcept {
     if (wanted < 0 || wanted > largestId || hasId(wanted))
         return false;

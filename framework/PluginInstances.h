@@ -5,6 +5,7 @@
 #include "framework/ControllerMapping.h"
 #include "framework/GenericParameterOwner.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -32,6 +33,9 @@ public:
     // Ids are those that "Analyzer External Spectrum" can hold. When all have been given, the lowest free one is next.
     static constexpr std::int32_t largestId = 65535;
     std::int32_t nextId() noexcept;
+    // Null: none has this id. The position is where to look first, and becomes where it was found. Instances without an
+    // id that are met on the way get theirs.
+    GenericPlugin* find(std::int32_t id, std::size_t& position) noexcept;
     [[nodiscard]] bool claimId(std::int32_t wanted) noexcept; // false: out of range or taken
     ControllerMapping& controllerMapping() noexcept { return *sharedMapping; }
 

@@ -1,6 +1,7 @@
 #include "host/UnifiedPluginAdapter.h"
 
 #include "framework/AbstractPluginParameter.h"
+#include "framework/ReceivedSources.h"
 #include "framework/zelk/ZelkPlugin.h"
 #include "framework/zelk/ZelkProcessor.h"
 #include "platform/CriticalSections.h"
@@ -93,7 +94,17 @@ void UnifiedPluginAdapter::sendParameterToHost(std::int32_t id) {
         postParameterValue(index, plugin->parameter(index).value());
 }
 
-void UnifiedPluginAdapter::exchangeSources() {}
+void UnifiedPluginAdapter::exchangeSources() {
+    const ScopedLock guard(*lock);
+    if (processor == nullptr)
+        return;
+    exchange.clear();
+    plugin->sources().writeRequests(exchange);
+    processor->readRequests(exchange);
+    exchange.clear();
+    processor->writeSources(exchange);
+    plugin->readSources(exchange);
+}
 
 void UnifiedPluginAdapter::setProcessorValue(std::int32_t id, float value) {
     const ScopedLock guard(*lock);

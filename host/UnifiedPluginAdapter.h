@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/CriticalSection.h"
+#include "framework/ExchangeStream.h"
 #include "framework/GenericPlugin.h"
 #include "framework/GenericPluginProcessor.h"
 
@@ -47,4 +48,6 @@ protected:
 
 private:
     std::unique_ptr<GenericPluginProcessor> createProcessor(int layout);
+
+    ExchangeStream exchange; // guarded by the adapter lock
 };

@@ -168,6 +168,10 @@ wave::Producer& ZelkProcessor::ZelkChannel::delayedInput() noexcept REALTIME {
     return inputDelay != nullptr ? static_cast<wave::Producer&>(*inputDelay) : mainInput;
 }
 
+wave::Producer& ZelkProcessor::ZelkChannel::delayedSideChain() noexcept REALTIME {
+    return sideChainDelay != nullptr ? static_cast<wave::Producer&>(*sideChainDelay) : connectedSideChain;
+}
+
 // A band without effect on this channel stays out of its chains, once its filter has faded out. In Linear Phase filters
 // are not heard, so nothing fades.
 void ZelkProcessor::ZelkChannel::gatherBands() noexcept REALTIME {

@@ -56,6 +56,9 @@ public:
     }
     [[nodiscard]] bool hasFadingBand() const noexcept REALTIME { return fadingBand; } // since the last wiring
     wave::Producer& soloSignal() noexcept REALTIME { return solo.filtered(); }        // ahead of its volume
+    // As late as the output.
+    wave::Producer& delayedInput() noexcept REALTIME;
+    wave::Producer& delayedSideChain() noexcept REALTIME;
     LevelSource& meter() noexcept REALTIME { return outputMeter; }
 
     const float autoGainWeight; // how much the channel counts in the auto gain
@@ -69,7 +72,6 @@ private:
     void updateSoloLevels() noexcept REALTIME;
     void followSoloedBand(std::int32_t id) noexcept REALTIME;
     const EQParameterSet* soloedBand() const noexcept REALTIME; // null without
-    wave::Producer& delayedInput() noexcept REALTIME;
     std::size_t side() const noexcept REALTIME { return leftOfPair != nullptr ? 1 : 0; }
 
     ZelkProcessor& zelk;

@@ -34,6 +34,7 @@ void ZelkProcessor::updateDelays() noexcept REALTIME {
     const std::int32_t latency = grid != nullptr ? grid->sizes.latency(wiredChains.count()) : 0;
     for (ZelkChannel* const channel : zelkChannels)
         channel->updateDelays(latency);
+    connectAnalyzer(); // it must not keep a delay that has gone
     // A kernel is made of the gain at the hop in which its sequence starts, and is heard from its middle on.
     const bool linear = isLinear();
     const std::int32_t lead = linear ? grid->sizes.length / 2 - grid->configuration->getHop() : 0;

@@ -20,9 +20,13 @@ ZelkProcessor::ZelkProcessor(chl::Layout wanted)
     : GenericPluginProcessor(static_cast<int>(wanted), chl::channelCount(wanted))
     , ZelkParameters(*static_cast<GenericPluginBase*>(this))
     , soloMixer(environment(), 0, Mixer::Operation::largestMagnitude)
-    , soloLimiter(environment()) {
+    , soloLimiter(environment())
+    , analyzerBuffer(environment(), channelCount()) {
     init();
     initParameters();
+    analyzerBuffer.setUp();
+    for (std::size_t index = 0; index < audioSources.size(); ++index)
+        audioSources[index] = &analyzerBuffer.measurement(index);
     loudness::fillFrequencies(autoGainFrequencies, environment().sampleRate);
     for (std::int32_t index = 0; index < bandCount; ++index)
         bandObjects[static_cast<std::size_t>(index)] = std::make_unique<Band>(*this, index);
@@ -38,6 +42,8 @@ ZelkProcessor::ZelkProcessor(chl::Layout wanted)
         zelkChannels.push_back(channel.get());
         channels.push_back(std::move(channel));
     }
+    offerLevels();
+    connectAnalyzer();
     renewLatency();
     for (std::int32_t id = 0; id < parameterCount(); ++id)
         parameter(id).notifyListeners(parameter(id).value());
@@ -78,6 +84,27 @@ std::unique_ptr<EQFilter> ZelkProcessor::makeSideChainFilter() {
 
 void ZelkProcessor::setSoloInput(std::size_t channel, float weight) noexcept REALTIME {
     soloMixer.weight(channel).assign(weight);
+}
+
+// What displays see
+
+void ZelkProcessor::offerLevels() {
+    std::size_t slot = 0;
+    for (const std::unique_ptr<Band>& one : bandObjects)
+        levelSources[slot++] = &one->dynamics.gainMeter;
+    for (const std::unique_ptr<Band>& one : bandObjects)
+        levelSources[slot++] = &one->dynamics.thresholdMeter;
+    for (ZelkChannel* const channel : zelkChannels)
+        levelSources[slot++] = &channel->meter();
+}
+
+void ZelkProcessor::connectAnalyzer() noexcept REALTIME {
+    enum : std::size_t { before, behind, sideChain };
+    for (ZelkChannel* const channel : zelkChannels) {
+        analyzerBuffer.measurement(before).setInput(channel->index, &channel->delayedInput());
+        analyzerBuffer.measurement(behind).setInput(channel->index, channel->output);
+        analyzerBuffer.measurement(sideChain).setInput(channel->index, &channel->delayedSideChain());
+    }
 }
 
 // Rate and latency

@@ -2,6 +2,7 @@
 // Threads: audio, except construction (main).
 #pragma once
 
+#include "analysis/RealTimeAudioBuffer.h"
 #include "base/Realtime.h"
 #include "eq/DiscreteFrequencyResponseSource.h"
 #include "framework/GenericPluginProcessor.h"
@@ -83,7 +84,9 @@ private:
     void settleWiring(const Due& due) noexcept REALTIME;
     void rebuildKernels() noexcept REALTIME;
     void updateDelays() noexcept REALTIME;
-    void rewireChannels() noexcept REALTIME; // with new delays when the number of chains changes
+    void offerLevels();                       // to the displays
+    void connectAnalyzer() noexcept REALTIME; // to what is lined up with the output now
+    void rewireChannels() noexcept REALTIME;  // with new delays when the number of chains changes
     void rewireFading() noexcept REALTIME;
     ChainLayout countChains() noexcept REALTIME; // of the bands in use and those that still fade out
     bool isFading(std::int32_t bandIndex) noexcept REALTIME;
@@ -102,6 +105,7 @@ private:
     std::array<std::unique_ptr<Band>, bandCount> bandObjects;
     Mixer soloMixer; // the loudest channel of the solo path
     SafetyLimiter soloLimiter;
+    RealTimeAudioBuffer analyzerBuffer;     // before the bands, behind them, side chain
     std::vector<ZelkChannel*> zelkChannels; // owned by the base
     EQFilter* mainQueueOwner = nullptr;     // the first main filter
     EQFilter* sideChainQueueOwner = nullptr;
