@@ -61,6 +61,7 @@ protected:
         ASSERT_EQ(here.size(), 2u);
         ASSERT_EQ(there.size(), 2u);
         ASSERT_EQ(here[0].size(), there[0].size());
+        ASSERT_GT(nullDepth(here, noise(2, here[0].size())), -40.0) << "nothing was rendered";
         const double depth = nullDepth(here, there);
         EXPECT_LT(depth, -120.0) << testing::PrintToString(options);
         std::printf("null at %.1f dB: %s\n", depth, testing::PrintToString(options).c_str());
@@ -100,13 +101,14 @@ TEST_F(TwoSystems, SaveTheSameStateByteForByteAndReadThatOfTheOther) {
 }
 
 TEST_F(TwoSystems, WindowsLivesWithForeignNamesLongPathsAndReadOnlyFolders) {
+    const auto length = [](const std::string& path) { return std::filesystem::path(path).u16string().size(); };
     std::string folder = host.path(foreignName);
-    while (folder.size() < 200)
-        folder += std::string("/") + std::string(std::min<std::size_t>(60, 200 - folder.size()), 'x');
+    while (length(folder) < 216)
+        folder.append("/").append(std::min<std::size_t>(60, 215 - length(folder)), 'x');
     std::filesystem::create_directories(folder);
     const std::string plugin = folder + "/" + foreignName + ".clap";
     const std::string state = folder + "/" + foreignName + ".state";
-    EXPECT_GE(plugin.size(), 240u);
+    EXPECT_GE(length(plugin), 238u) << "240 with the drive";
     std::filesystem::copy_file(ZELK_WINDOWS_PLUGIN_FILE, plugin);
     const Words words{"render", plugin, host.path("in.wav"), folder + "/out.wav", "--save-state", state};
     HostProgram::Result result = runThere(words);
