@@ -1,10 +1,13 @@
 # What ./run, ./test and .ci/run share: packages, build folders and the time of each step. Sourced by bash, not run.
 
 zelk_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-zelk_jobs=$(nproc)
+zelk_jobs=$(($(nproc) + 1))
+
+# What one checkout has compiled serves every other one, wherever it lies.
+export CCACHE_BASEDIR=$zelk_root CCACHE_NOHASHDIR=1
 
 # What every build takes. Tests, benchmarks and tools belong to the default target, so that nothing rots unseen.
-zelk_build_packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libfftw3-dev libsndfile1-dev zlib1g-dev libfftw3-dev)
+zelk_build_packages=(g++ cmake ninja-build ccache pkg-config libgtest-dev libbenchmark-dev libsndfile1-dev zlib1g-dev libfftw3-dev)
 
 # What the build for Windows takes, and what runs it here. GoogleTest is built from its sources.
 zelk_windows_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest wine wine64)
