@@ -71,7 +71,8 @@ void CascadeFade::run(std::size_t slot, std::span<const Channel> channels, float
             pass.output[c] = channels[c].*target + begin;
         }
         const BiquadKernels& kernels = biquadKernels();
-        (own.form == SectionForm::direct ? kernels.direct : kernels.stateVariable)[channels.size() - 1](pass);
+        const BiquadKernel* const kernel = own.form == SectionForm::direct ? kernels.direct : kernels.stateVariable;
+        trustedRealtime([&] { kernel[channels.size() - 1](pass); });
     }
     for (const Channel& channel : channels)
         mixWithDry(channel.dry.from(begin), channel.*target + begin, count, static_cast<double>(own.scale), 0.0);
