@@ -58,7 +58,8 @@ void FilterChain::runSections(FilterChain* other, std::size_t sectionCount, std:
         pass.input[1] = other->signal->data();
         pass.output[1] = other->ownBlock->data();
     }
-    biquadKernels().direct[other != nullptr ? 1 : 0](pass);
+    const BiquadKernel* const direct = biquadKernels().direct;
+    trustedRealtime([&] { direct[other != nullptr ? 1 : 0](pass); });
     for (FilterChain* const each : {this, other}) {
         if (each == nullptr)
             continue;

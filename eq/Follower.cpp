@@ -33,7 +33,7 @@ void Follower::follow(const float* in, float* out, std::int32_t count) noexcept 
     }
     const FollowerSteps steps{rising.of(attacks[0], environment.sampleRate),
                               falling.of(releases[0], environment.sampleRate)};
-    state = followerKernel()(steps, state, in, out, count);
+    trustedRealtime([&] { state = followerKernel()(steps, state, in, out, count); });
 }
 
 void Follower::followMoving(const float* in, float* out, std::int32_t count, const float* attacks,
@@ -41,6 +41,8 @@ void Follower::followMoving(const float* in, float* out, std::int32_t count, con
     for (std::int32_t first = 0; first < count; first += group) {
         const FollowerSteps steps{rising.of(attacks[first], environment.sampleRate),
                                   falling.of(releases[first], environment.sampleRate)};
-        state = plainFollowerKernel()(steps, state, in + first, out + first, std::min(group, count - first));
+        trustedRealtime([&] {
+            state = plainFollowerKernel()(steps, state, in + first, out + first, std::min(group, count - first));
+        });
     }
 }

@@ -134,8 +134,7 @@ double followWide(const FollowerSteps& steps, double level, const float* in, flo
 } // namespace
 
 FollowerKernel wideFollowerKernel() noexcept REALTIME {
-    static const bool present = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-    return present ? followWide : nullptr;
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") ? followWide : nullptr;
 }
 
 #else

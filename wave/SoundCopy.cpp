@@ -6,7 +6,13 @@ namespace wave {
 
 namespace {
 
-SoundCopy::Function* const chosenAtLoad = SoundCopy::avx2() != nullptr ? SoundCopy::avx2() : SoundCopy::plain;
+SoundCopy::Function* fastest() noexcept {
+    if (SoundCopy::Function* const avx2 = SoundCopy::avx2(); avx2 != nullptr)
+        return avx2;
+    return SoundCopy::plain;
+}
+
+SoundCopy::Function* const chosenAtLoad = fastest();
 
 } // namespace
 
