@@ -8,8 +8,9 @@ GenericPluginProcessor::Channel::ConnectedSideChainInput::ConnectedSideChainInpu
 void GenericPluginProcessor::Channel::ConnectedSideChainInput::process(wave::BasicBlock<float>& block,
                                                                        std::int32_t count,
                                                                        std::uint32_t mode) noexcept REALTIME {
-    wave::Input::process(block, count, mode);
-    if (!owner.sideChainInUse() || !owner.isSideChainConnected())
+    if (owner.sideChainInUse() && owner.isSideChainConnected())
+        wave::Input::process(block, count, mode);
+    else
         output = &environment.zeroBlock;
 }
 

@@ -10,3 +10,7 @@ int infoCommand(const std::vector<std::string>& words);
 int presetsCommand(const std::vector<std::string>& words);
 int renderCommand(const std::vector<std::string>& words);
 int responseCommand(const std::vector<std::string>& words);
+
+// These two are zelk-lab's, which stands beside this program and takes it over.
+int spectrumCommand(const std::vector<std::string>& words);
+int matchCommand(const std::vector<std::string>& words);

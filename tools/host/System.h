@@ -47,6 +47,10 @@ private:
 // The words behind the program's name, in UTF-8.
 std::vector<std::string> commandLine(int argumentCount, char** arguments);
 
+// Runs the program of that name beside this one with these words, in place of this one where the system can. Gives its
+// exit status. Throws Failure when there is none.
+int runNeighbour(const std::string& name, const std::vector<std::string>& words);
+
 // The reason of the last failed call of the system, as text.
 std::string systemReason();
 

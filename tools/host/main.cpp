@@ -18,11 +18,13 @@ struct Command {
     int (*run)(const std::vector<std::string>& words);
 };
 
-constexpr std::array<Command, 4> commands{{
+constexpr std::array<Command, 6> commands{{
     {"info", "what a plug-in is and offers: ports, parameters, latency", infoCommand},
     {"presets", "list the presets that a plug-in tells hosts of", presetsCommand},
     {"render", "send a sound file through a plug-in", renderCommand},
     {"response", "measure magnitude and phase of a plug-in", responseCommand},
+    {"spectrum", "draw what the analyzer of Zelk shows around a plug-in", spectrumCommand},
+    {"match", "find the bands of Zelk that make one recording sound like another", matchCommand},
 }};
 
 void printHelp() {

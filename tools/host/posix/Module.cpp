@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <filesystem>
 
 #include <dlfcn.h>
 #include <unistd.h>
@@ -26,6 +27,20 @@ const void* LoadedModule::symbol(const char* name) const {
 
 std::vector<std::string> commandLine(int argumentCount, char** arguments) {
     return {arguments + 1, arguments + argumentCount};
+}
+
+int runNeighbour(const std::string& name, const std::vector<std::string>& words) {
+    std::error_code error;
+    const std::filesystem::path own = std::filesystem::read_symlink("/proc/self/exe", error);
+    const std::string path = own.parent_path() / name;
+    std::vector<std::string> owned{path};
+    owned.insert(owned.end(), words.begin(), words.end());
+    std::vector<char*> arguments;
+    for (std::string& word : owned)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    execv(path.c_str(), arguments.data());
+    throw Failure("cannot start " + path + ": " + systemReason());
 }
 
 std::string systemReason() {

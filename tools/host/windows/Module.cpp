@@ -38,6 +38,44 @@ std::vector<std::string> commandLine(int, char**) {
     return line;
 }
 
+namespace {
+
+// As CommandLineToArgvW takes it apart again.
+std::wstring quoted(const std::wstring& word) {
+    std::wstring text = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : word) {
+        if (c == L'"')
+            text.append(backslashes + 1, L'\\');
+        backslashes = c == L'\\' ? backslashes + 1 : 0;
+        text += c;
+    }
+    return text.append(backslashes, L'\\') + L"\"";
+}
+
+} // namespace
+
+int runNeighbour(const std::string& name, const std::vector<std::string>& words) {
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    path.resize(path.find_last_of(L"\\/") + 1);
+    path += wideText(name) + L".exe";
+    std::wstring line = quoted(path);
+    for (const std::string& word : words)
+        line += L" " + quoted(wideText(word));
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION made{};
+    if (!CreateProcessW(path.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &made))
+        throw Failure("cannot start " + utf8Text(path) + ": " + lastErrorText());
+    WaitForSingleObject(made.hProcess, INFINITE);
+    DWORD status = 2;
+    GetExitCodeProcess(made.hProcess, &status);
+    CloseHandle(made.hThread);
+    CloseHandle(made.hProcess);
+    return static_cast<int>(status);
+}
+
 std::string systemReason() {
     return std::strerror(errno);
 }

@@ -1,0 +1,1 @@
+zelk_bench(links LINKS zelk_framework_zelk)
