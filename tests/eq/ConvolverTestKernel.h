@@ -43,7 +43,7 @@ private:
 
         void prepare() noexcept override { units = static_cast<std::int32_t>(owner.taps.size()); }
         void begin() noexcept override {
-            owner.started();
+            trustedRealtime([this] { owner.started(); });
             ++owner.sequences;
             gain = owner.gain;
             target->length = units;
