@@ -238,6 +238,7 @@ void GenericPlugin::takeAutomation() {
 
 void GenericPlugin::receive(const MidiMessage& message) noexcept REALTIME {
     // A receiver may stand on the audio thread, but this one is called on the main thread.
+    const RealtimePermit permit{"the editor side's receiver locks, on the main thread"};
     if (adapter != nullptr)
         trustedRealtime([&] { adapter->sendMidiToProcessor(message); });
 }

@@ -1,5 +1,6 @@
 #include "wave/Environment.h"
 
+#include "base/Realtime.h"
 #include "tests/wave/GraphTestObjects.h"
 #include "wave/Input.h"
 #include "wave/InputForwarder.h"
@@ -84,6 +85,7 @@ TEST_F(Scheduling, TheListMayChangeWhileItIsWalked) {
     TestSource* const changer = make('b', Schedule::middle);
     make('a', Schedule::head);
     changer->whenRun = [&] {
+        const RealtimePermit permit{"a producer that the test makes in mid-walk"};
         log += 'b';
         changer->unschedule();
         late->setSchedule(Schedule::tail);
