@@ -1,4 +1,4 @@
-#include "tests/support/ClapTestHost.h"
+#include "tests/support/ClapTestStream.h"
 #include "tests/support/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -11,21 +11,6 @@
 
 namespace {
 
-struct Stream {
-    std::string bytes;
-    std::size_t position = 0;
-    clap_ostream out{this, [](const clap_ostream* self, const void* data, std::uint64_t size) noexcept {
-                         static_cast<Stream*>(self->ctx)->bytes.append(static_cast<const char*>(data), size);
-                         return static_cast<std::int64_t>(size);
-                     }};
-    clap_istream in{this, [](const clap_istream* self, void* data, std::uint64_t size) noexcept {
-                        Stream& stream = *static_cast<Stream*>(self->ctx);
-                        const std::size_t count = stream.bytes.copy(static_cast<char*>(data), size, stream.position);
-                        stream.position += count;
-                        return static_cast<std::int64_t>(count);
-                    }};
-};
-
 class ClapSavedStateTest : public testing::Test {
 protected:
     ClapSavedStateTest() {
@@ -35,19 +20,14 @@ protected:
     }
 
     static std::string save(const ClapTestInstance& instance) {
-        Stream stream;
-        EXPECT_TRUE(instance.extension<clap_plugin_state>(CLAP_EXT_STATE)->save(instance.plugin, &stream.out));
+        ClapTestStream stream;
+        EXPECT_TRUE(::save(instance, stream));
         return stream.bytes;
     }
     static bool load(const ClapTestInstance& instance, const std::string& bytes) {
-        Stream stream;
+        ClapTestStream stream;
         stream.bytes = bytes;
-        return instance.extension<clap_plugin_state>(CLAP_EXT_STATE)->load(instance.plugin, &stream.in);
-    }
-    static double valueOf(const ClapTestInstance& instance, clap_id id) {
-        double value = 0.0;
-        EXPECT_TRUE(instance.extension<clap_plugin_params>(CLAP_EXT_PARAMS)->get_value(instance.plugin, id, &value));
-        return value;
+        return ::load(instance, stream);
     }
 
     static void put(std::string& bytes, std::size_t offset, std::uint32_t word) {

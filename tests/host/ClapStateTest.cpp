@@ -1,56 +1,14 @@
-#include "tests/support/ClapTestHost.h"
-#include "tests/support/TemporaryHome.h"
+#include "tests/support/ClapTestStream.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
 #include <string>
 #include <vector>
 
 namespace {
 
-// A host's stream that takes and gives at most so many bytes a call, and fails when the test says so.
-struct Stream {
-    std::string bytes;
-    std::size_t position = 0;
-    std::size_t piece = 4096;
-    std::size_t failAfter = std::string::npos;
-    std::int64_t failure = -1;
-    clap_ostream out{this, [](const clap_ostream* self, const void* data, std::uint64_t size) noexcept -> std::int64_t {
-                         Stream& stream = *static_cast<Stream*>(self->ctx);
-                         if (stream.bytes.size() >= stream.failAfter)
-                             return stream.failure;
-                         const std::size_t count = std::min<std::size_t>(size, stream.piece);
-                         stream.bytes.append(static_cast<const char*>(data), count);
-                         return static_cast<std::int64_t>(count);
-                     }};
-    clap_istream in{this, [](const clap_istream* self, void* data, std::uint64_t size) noexcept -> std::int64_t {
-                        Stream& stream = *static_cast<Stream*>(self->ctx);
-                        if (stream.position >= stream.failAfter)
-                            return stream.failure;
-                        const std::size_t count = std::min(
-                            {static_cast<std::size_t>(size), stream.piece, stream.bytes.size() - stream.position});
-                        std::memcpy(data, stream.bytes.data() + stream.position, count);
-                        stream.position += count;
-                        return static_cast<std::int64_t>(count);
-                    }};
-};
-
 class ClapStateTest : public testing::Test {
 protected:
-    double valueOf(const ClapTestInstance& of, clap_id id) const {
-        double value = -99.0;
-        EXPECT_TRUE(of.extension<clap_plugin_params>(CLAP_EXT_PARAMS)->get_value(of.plugin, id, &value));
-        return value;
-    }
-    static bool save(const ClapTestInstance& of, Stream& stream) {
-        return of.extension<clap_plugin_state>(CLAP_EXT_STATE)->save(of.plugin, &stream.out);
-    }
-    static bool load(const ClapTestInstance& of, Stream& stream) {
-        return of.extension<clap_plugin_state>(CLAP_EXT_STATE)->load(of.plugin, &stream.in);
-    }
-
     const ClapTestLibrary library{ZELK_PLUGIN_FILE};
     ClapTestHost host;
     ClapTestInstance instance{library, host};
@@ -62,7 +20,7 @@ TEST_F(ClapStateTest, AStateMovesAllValuesToAnotherInstanceAndItsAudioWithoutEve
     instance.events.addValue(0, 333, 7.5);
     instance.events.addValue(0, 312, 2.0);
     instance.process(512);
-    Stream stream;
+    ClapTestStream stream;
     stream.piece = 7;
     ASSERT_TRUE(save(instance, stream)) << "what the audio thread moved is part of it, drained or not";
 
@@ -85,34 +43,34 @@ TEST_F(ClapStateTest, AStateMovesAllValuesToAnotherInstanceAndItsAudioWithoutEve
 }
 
 TEST_F(ClapStateTest, AStreamThatFailsOrHoldsSomethingElseChangesNothing) {
-    Stream saved;
+    ClapTestStream saved;
     ASSERT_TRUE(save(instance, saved));
     instance.events.addValue(0, 3, 6.0);
     const auto* const params = instance.extension<clap_plugin_params>(CLAP_EXT_PARAMS);
     params->flush(instance.plugin, instance.events.list(), instance.taken.list());
 
-    const auto expectRefused = [&](Stream& stream) {
+    const auto expectRefused = [&](ClapTestStream& stream) {
         EXPECT_FALSE(load(instance, stream));
         EXPECT_EQ(valueOf(instance, 3), 6.0);
     };
     for (const std::string& bytes : {std::string(), std::string("TVBS"), std::string(5000, '\xff')}) {
-        Stream stream;
+        ClapTestStream stream;
         stream.bytes = bytes;
         expectRefused(stream);
     }
-    Stream broken;
+    ClapTestStream broken;
     broken.bytes = saved.bytes;
     broken.failAfter = 100;
     broken.piece = 100;
     expectRefused(broken);
-    Stream otherFailure;
+    ClapTestStream otherFailure;
     otherFailure.failAfter = 0;
     otherFailure.failure = -2;
     expectRefused(otherFailure);
     EXPECT_EQ(host.rescans, 0);
 
     for (const std::int64_t failure : {std::int64_t{-1}, std::int64_t{0}}) {
-        Stream full;
+        ClapTestStream full;
         full.piece = 100;
         full.failAfter = 500;
         full.failure = failure;

@@ -21,25 +21,23 @@ constexpr std::uint32_t blockFrames = 64;
 // An instance whose audio thread runs blocks full of automation until it is told to stop.
 class BusyInstance {
 public:
-    BusyInstance() : plugin((new ClapPluginAdapter(host.host, block.plugin))->clapPlugin()) {
-        if (!plugin->init(plugin))
-            throw std::runtime_error("no instance");
-    }
-    ~BusyInstance() { plugin->destroy(plugin); }
+    BusyInstance() = default;
     BusyInstance(const BusyInstance&) = delete;
     BusyInstance& operator=(const BusyInstance&) = delete;
 
     ClapPluginAdapter& adapter() { return ClapPluginAdapter::of(plugin); }
 
     void startAudio(unsigned seed) {
-        ASSERT_TRUE(plugin->activate(plugin, 48000.0, 1, blockFrames));
+        instance.start(48000.0, blockFrames);
+        for (auto& input : instance.inputs)
+            input.assign(blockFrames, 0.1f);
         stopping = false;
         audio = std::thread([this, seed] { runAudio(seed); });
     }
     void stopAudio() {
         stopping = true;
         audio.join();
-        plugin->deactivate(plugin);
+        instance.stop();
         plugin->on_main_thread(plugin);
     }
     int blocks() const { return blockCount; }
@@ -55,44 +53,24 @@ private:
 
 public:
     ClapTestHost host;
-    const clap_plugin* plugin;
+    ClapTestInstance instance{(new ClapPluginAdapter(host.host, block.plugin))->clapPlugin()};
+    const clap_plugin* const plugin = instance.plugin;
 
 private:
     void runAudio(unsigned seed) {
         std::mt19937 random(seed);
-        plugin->start_processing(plugin);
-        const std::size_t channels = adapter().outputPort().channel_count;
-        std::vector<std::vector<float>> sound(3 * channels, std::vector<float>(blockFrames, 0.1f));
-        std::vector<float*> pointers;
-        for (auto& channel : sound)
-            pointers.push_back(channel.data());
-        const auto count = static_cast<std::uint32_t>(channels);
-        clap_audio_buffer inputs[] = {{pointers.data(), nullptr, count, 0, 0},
-                                      {pointers.data() + channels, nullptr, count, 0, 0}};
-        clap_audio_buffer output{pointers.data() + 2 * channels, nullptr, count, 0, 0};
-        ClapTestEvents events;
-        ClapTestOutput taken;
-        clap_process process{};
-        process.frames_count = blockFrames;
-        process.audio_inputs = inputs;
-        process.audio_inputs_count = 2;
-        process.audio_outputs = &output;
-        process.audio_outputs_count = 1;
-        process.in_events = events.list();
-        process.out_events = taken.list();
         while (!stopping) {
-            events.clear();
-            taken.values.clear();
+            instance.events.clear();
+            instance.taken.values.clear();
             for (std::uint32_t i = 0; i < 6; ++i) {
                 const auto id = static_cast<clap_id>(random() % 358);
-                events.addValue(i * 10, id, static_cast<double>(random() % 1000) / 100.0 - 2.0);
-                events.addMidi(i * 10, 0xB0, static_cast<std::uint8_t>(random() % 128), 64);
+                instance.events.addValue(i * 10, id, static_cast<double>(random() % 1000) / 100.0 - 2.0);
+                instance.events.addMidi(i * 10, 0xB0, static_cast<std::uint8_t>(random() % 128), 64);
             }
-            plugin->process(plugin, &process);
+            instance.process(blockFrames);
             ++blockCount;
             std::this_thread::yield();
         }
-        plugin->stop_processing(plugin);
     }
 
     std::thread audio;

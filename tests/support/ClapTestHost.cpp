@@ -132,9 +132,11 @@ ClapTestHost::ClapTestHost(Offers wanted) : offers(wanted) {
     host.request_callback = [](const clap_host* self) noexcept { ++of(self).callbacksAsked; };
 }
 
-ClapTestInstance::ClapTestInstance(const ClapTestLibrary& library, ClapTestHost& host) {
-    const clap_plugin_factory& factory = library.factory();
-    plugin = factory.create_plugin(&factory, &host.host, factory.get_plugin_descriptor(&factory, 0)->id);
+ClapTestInstance::ClapTestInstance(const ClapTestLibrary& library, ClapTestHost& host)
+    : ClapTestInstance(library.factory().create_plugin(
+          &library.factory(), &host.host, library.factory().get_plugin_descriptor(&library.factory(), 0)->id)) {}
+
+ClapTestInstance::ClapTestInstance(const clap_plugin* made) : plugin(made) {
     if (plugin == nullptr || !plugin->init(plugin))
         throw std::runtime_error("no instance");
 }

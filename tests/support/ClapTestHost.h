@@ -89,11 +89,12 @@ private:
     const Offers offers;
 };
 
-// One instance, made by the library's factory, with buffers for its ports.
+// One instance, made by the library's factory or by the test, with buffers for its ports.
 class ClapTestInstance {
 public:
     ClapTestInstance(const ClapTestLibrary& library, ClapTestHost& host);
-    ~ClapTestInstance(); // through every state that it is in
+    explicit ClapTestInstance(const clap_plugin* made); // by the test, and not initialised yet
+    ~ClapTestInstance();                                // through every state that it is in
     ClapTestInstance(const ClapTestInstance&) = delete;
     ClapTestInstance& operator=(const ClapTestInstance&) = delete;
 
