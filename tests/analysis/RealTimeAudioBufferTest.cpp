@@ -113,20 +113,6 @@ TEST(RealTimeAudioBuffer, ThePoolGrowsWithTheRateAndForgetsAudioOfTheOldOne) {
     EXPECT_EQ(graph.buffer.measurement(0).blockData(0, 0)[0], begin) << "the half filled group began anew";
 }
 
-TEST(RealTimeAudioBuffer, RestsWhileNoMeasurementIsActiveAndKeepsTheNewestWhenToldNotToStop) {
-    Graph graph;
-    graph.buffer.setStopWhenFull(false);
-    for (const std::size_t index : {0u, 1u, 2u})
-        graph.buffer.measurement(index).active = false;
-    graph.run(1024);
-    EXPECT_EQ(graph.pre.runs, 0);
-    graph.buffer.measurement(2).active = true;
-    graph.run(poolSamples + 2560);
-    const LockedSource::Lock held(graph.buffer.measurement(0));
-    ASSERT_EQ(graph.buffer.measurement(0).blockCount(), RealTimeAudioBuffer::baseGroupCount);
-    EXPECT_EQ(graph.buffer.measurement(0).blockData(0, 0)[0], 1024.0f + 2560.0f);
-}
-
 TEST(RealTimeAudioBuffer, AReaderThatStallsNeverSeesAGapInsideOneLockedTime) {
     Graph graph(1);
     std::atomic<bool> finished{false};

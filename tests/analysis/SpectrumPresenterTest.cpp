@@ -36,28 +36,6 @@ struct Picture {
     SpectrumPresenter presenter{testTimer()};
 };
 
-TEST(SpectrumPresenter, AFullScaleSineStandsAtZeroDbInItsColumnAtEveryResolution) {
-    for (const std::int32_t fftSize : analyzerSizes) {
-        const double bin = std::round(0.05 * fftSize);
-        SignalSource source(sine(bin / fftSize));
-        RealTimeFrequencyAnalyzer analyzer(externalAnalyzer, testTimer());
-        analyzer.fftSize = fftSize;
-        analyzer.measurement(0).connect(&source);
-        SpectrumPresenter presenter(testTimer());
-        presenter.columnCount = 800;
-        presenter.setSource(&analyzer.measurement(0));
-        for (int look = 0; look < 100; ++look) {
-            source.deliver(8);
-            presenter.update(46.0);
-        }
-        const auto columns = presenter.columns();
-        const auto highest = std::max_element(columns.begin(), columns.end());
-        EXPECT_NEAR(*highest, 0.0f, 0.05f) << fftSize;
-        const double f = std::exp2(4.321928 + static_cast<double>(highest - columns.begin()) / 799.0 * 9.965784);
-        EXPECT_NEAR(f, bin / fftSize * 44100.0, 44100.0 / fftSize + 0.01 * f) << "within a bin and a column";
-    }
-}
-
 TEST(SpectrumPresenter, FallsToATenthInTheReleaseTimeAndRisesByTheAttack) {
     for (const float seconds : analyzerReleaseSeconds) {
         Picture picture;

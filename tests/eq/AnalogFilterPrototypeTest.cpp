@@ -127,21 +127,6 @@ TEST(AnalogFilterPrototype, TheBrickwallHasItsRippleAndItsStopBand) {
     }
 }
 
-TEST(AnalogFilterPrototype, TheFlatTiltIsStraightBetweenItsCorners) {
-    for (const double db : {-30.0, -5.0, 12.0, 30.0}) {
-        AnalogFilterPrototype tilt = designed(Shape::flatTilt, 6, 1.0f, gainOf(db), 0.08);
-        EXPECT_EQ(tilt.sectionCount, 3);
-        EXPECT_NEAR(dbOf(tilt.squaredMagnitude(0.08)), 0.0, 0.03 * std::fabs(db));
-        // 0.2 dB an octave for each dB, near enough, over nine octaves around the middle.
-        double previous = dbOf(tilt.squaredMagnitude(0.08 / 32.0));
-        for (int octave = -4; octave <= 4; ++octave) {
-            const double here = dbOf(tilt.squaredMagnitude(std::ldexp(0.08, octave)));
-            EXPECT_NEAR((here - previous) / db, 0.2, 0.04) << db << " dB, octave " << octave;
-            previous = here;
-        }
-    }
-}
-
 TEST(AnalogFilterPrototype, ArraysFollowTheExactResponse) {
     std::array<float, 32> w{};
     std::array<float, 32> powers{};

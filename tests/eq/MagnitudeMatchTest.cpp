@@ -76,21 +76,6 @@ TEST(MagnitudeMatch, TheFitMeetsItsFivePoints) {
     EXPECT_GE(met, 12); // of 18
 }
 
-TEST(MagnitudeMatch, AFlatBandIsAPlainGainOfOne) {
-    for (const FilterSlope slope : {FilterSlope::db12, FilterSlope::db96}) {
-        for (const SectionForm form : {SectionForm::direct, SectionForm::stateVariable}) {
-            const DesignedBand flat({.slope = slope, .gainDb = 0.0f}, form);
-            for (std::size_t i = 0; i < flat.rows().size(); i += sectionLength) {
-                const std::span<const double> row = flat.rows().subspan(i, sectionLength);
-                EXPECT_NEAR(row[form == SectionForm::direct ? 0 : 2], 1.0, 1e-12);
-                EXPECT_EQ(row[1], 0.0);
-                EXPECT_EQ(row[3], 0.0);
-                EXPECT_NEAR(row[4], form == SectionForm::direct ? 0.0 : 1.0, 1e-12);
-            }
-        }
-    }
-}
-
 TEST(MagnitudeMatch, PointsThatCannotBeMetGiveTheNearestStableSection) {
     std::mt19937 random(7);
     const auto between = [&](double low, double high) {

@@ -1,50 +1,14 @@
 #include "eq/EQResponses.h"
-
-#include "eq/BandDesign.h"
 #include "eq/NaturalPhaseFrequencyResponseSource.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numbers>
 
 namespace {
 
 using Mapping = DiscreteFrequencyResponseSource::Mapping;
 using Complex = std::complex<float>;
-
-constexpr int steps = 256; // of a grid up to Nyquist at 48 kHz, as the kernel of Natural Phase has it
-
-struct Grid {
-    Grid() : mapping(false, 0.0f, 24000.0f, steps), radians(steps + 1) {
-        for (int i = 0; i <= steps; ++i)
-            radians[i] =
-                static_cast<float>(2.0 * std::numbers::pi * static_cast<double>(mapping.frequency(i)) / 48000.0);
-    }
-
-    Mapping mapping;
-    AlignedBuffer<float> radians;
-};
-
-// A band with all that can be read from it.
-struct Band {
-    Band(Grid& grid, FilterShape shape, double hz, float q, float gainDb, FilterSlope slope = FilterSlope::db12)
-        : magnitude(grid.mapping, grid.radians, prototype)
-        , analog(grid.mapping, grid.radians, prototype)
-        , digital(grid.mapping, grid.radians, prototype) {
-        const double turn = 2.0 * std::numbers::pi;
-        designBand(shape, slope, gainDb, q, turn * hz / 48000.0, prototype, turn * flatTiltHz / 48000.0);
-        coefficients(prototype, digital.row, CoefficientCalculation::magnitudeMatch, SectionForm::direct);
-        magnitude.reserve(steps + 1);
-        analog.resize(steps + 1);
-        digital.resize(steps + 1);
-    }
-
-    AnalogFilterPrototype prototype;
-    EQMagnitudeResponse magnitude;
-    EQAnalogResponse analog;
-    EQBiquadResponse digital;
-};
 
 TEST(ResponseMapping, PlacesBinsAndTellsItsListenersOfChanges) {
     struct Listener {
@@ -68,44 +32,9 @@ TEST(ResponseMapping, PlacesBinsAndTellsItsListenersOfChanges) {
     EXPECT_EQ(mapping.nearestIndex(1300.0f), 6);
 }
 
-TEST(EQResponses, ComputeMagnitudesInGroupsAndOnce) {
-    Grid grid;
-    Band band(grid, FilterShape::bell, 3000.0, 2.0f, 9.0f, FilterSlope::db48);
-    float two[2];
-    band.magnitude.squaredMagnitudes(5, two);
-    EXPECT_EQ(band.magnitude.getValidCount(), 8);
-    EXPECT_NEAR(two[1], band.prototype.squaredMagnitude(static_cast<double>(grid.radians[6])), 1e-5);
-
-    std::vector<float> all(steps + 1);
-    band.magnitude.squaredMagnitudes(0, all);
-    std::vector<Complex> analog(steps + 1), roots(steps + 1);
-    band.analog.responses(0, analog);
-    band.magnitude.responses(0, roots);
-    for (std::size_t i = 0; i <= steps; ++i) {
-        ASSERT_NEAR(all[i], std::norm(analog[i]), 2e-5f * all[i]) << i;
-        ASSERT_NEAR(roots[i].real() * roots[i].real(), all[i], 1e-6f * all[i]);
-    }
-    EXPECT_EQ(band.analog.getValidCount(), steps + 1);
-
-    // A cached value stays until it is told that the design has changed.
-    designBand(FilterShape::bell, FilterSlope::db12, -9.0f, 2.0f, 0.4, band.prototype, 0.1);
-    EXPECT_EQ(band.analog.response(34), analog[34]);
-    band.analog.invalidate();
-    EXPECT_NE(band.analog.response(34), analog[34]); // computed, and not stored: there is a gap below it
-    EXPECT_EQ(band.analog.getValidCount(), 0);
-    band.analog.response(0);
-    EXPECT_EQ(band.analog.getValidCount(), 1);
-    EXPECT_EQ(band.analog.responseAt(23990.0f), band.analog.response(256));
-}
-
-TEST(EQResponses, TheDigitalResponseIsThatOfTheMatchedSections) {
-    Grid grid;
-    Band bell(grid, FilterShape::bell, 3000.0, 1.0f, 9.0f), cut(grid, FilterShape::lowPass, 5000.0, 1.0f, 0.0f);
-    for (int i = 0; i <= 100; ++i)
-        for (Band* const band : {&bell, &cut})
-            ASSERT_NEAR(std::norm(band->digital.response(i)) / std::norm(band->analog.response(i)), 1.0f, 0.05f) << i;
+TEST(CascadeResponse, LeavesAPoleOnDcOut) {
     EXPECT_EQ(cascadeResponse(nullptr, 0, 1.0), 1.0);
-    const double pole[] = {1.0, 0.0, 0.0, -1.0, 0.0, 0.5, 0.0, 0.0, 0.0, 0.0}; // on DC: left out
+    const double pole[] = {1.0, 0.0, 0.0, -1.0, 0.0, 0.5, 0.0, 0.0, 0.0, 0.0};
     EXPECT_EQ(cascadeResponse(pole, 2, 0.0), 0.5);
 }
 

@@ -23,30 +23,6 @@ TEST(GenericPluginProcessor, MidiSplitsTheSpanAtItsOffsetAndItsChangesHoldFromTh
     EXPECT_EQ(processor.log, Log{"run 10"});
 }
 
-TEST(GenericPluginProcessor, ReceiveMidiKeepsMessagesFromTheDecoderButNotFromLearning) {
-    RecordingProcessor processor;
-    processor.reset();
-    processor.receiveMidi.setValue(1.0f, GenericParameterOwner::silent);
-    processor.run(16);
-    processor.log.clear();
-    processor.receiveHostMidi({0xB0, 7, 1, 0, 0});
-    processor.receiveEditorMidi({0xB0, 8, 2, 0, 0});
-    processor.run(16);
-    EXPECT_EQ(processor.log, Log{"run 16"});
-    MidiMessage learned;
-    ASSERT_TRUE(processor.learnQueue()->pop(learned));
-    EXPECT_EQ(learned.data1, 7);
-    ASSERT_TRUE(processor.learnQueue()->pop(learned));
-    EXPECT_EQ(learned.data1, 8);
-    // The learn queue has a fixed size: what finds no room is dropped.
-    for (std::uint8_t i = 0; i < 100; ++i)
-        processor.receiveHostMidi({0xB0, i, 0, 0, 0});
-    int kept = 0;
-    while (processor.learnQueue()->pop(learned))
-        EXPECT_EQ(learned.data1, kept++);
-    EXPECT_EQ(kept, 32);
-}
-
 TEST(GenericPluginProcessor, AnOpenBracketHoldsChangesBackAndTheyArriveTogether) {
     RecordingProcessor processor;
     processor.reset();

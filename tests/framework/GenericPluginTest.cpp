@@ -1,7 +1,6 @@
 #include "framework/GenericPlugin.h"
 
 #include "framework/FloatPluginParameter.h"
-#include "framework/PluginInstances.h"
 
 #include <gtest/gtest.h>
 
@@ -27,13 +26,9 @@ public:
     FloatPluginParameter second{this, "Second"};
     FloatPluginParameter third{this, "Third"};
     std::vector<std::int32_t> latencyTests;
-    std::int32_t latencyWanted = 0;
 
 protected:
-    void afterParameterChange(std::int32_t id) override {
-        latencyTests.push_back(id);
-        storeLatency(latencyWanted);
-    }
+    void afterParameterChange(std::int32_t id) override { latencyTests.push_back(id); }
 };
 
 // Records what the editor side sends, and stands for the audio side.
@@ -48,11 +43,8 @@ public:
         plugin.setAdapter(nullptr);
     }
 
-    void syncControllerMapping() override { ++mappings; }
-    void latencyChanged() override {
-        ++latencies;
-        latencyThread = std::this_thread::get_id();
-    }
+    void syncControllerMapping() override {}
+    void latencyChanged() override {}
     void sendMidiToProcessor(const MidiMessage&) override {}
     void sendParameterToHost(std::int32_t id) override { sent.push_back(id); }
     void stateChanged(std::int32_t kind) override { states.push_back(kind); }
@@ -69,9 +61,6 @@ public:
     std::vector<std::int32_t> states;
     Events events;
     std::vector<float> processorValues{0.0f, 0.0f, 0.0f};
-    int latencies = 0;
-    int mappings = 0;
-    std::thread::id latencyThread;
 };
 
 constexpr std::uint32_t silent = GenericParameterOwner::silent;
@@ -138,24 +127,6 @@ TEST(GenericPlugin, WhatTheAudioThreadMovedArrivesOnTheMainThreadSilently) {
     adapter.events.clear();
     plugin.endChange();
     EXPECT_TRUE(adapter.events.empty());
-}
-
-TEST(GenericPlugin, ALatencyChangeOfAnotherThreadReachesTheHostOnTheMainThread) {
-    TestPlugin plugin;
-    RecordingAdapter adapter(plugin);
-    plugin.latencyWanted = 100;
-    std::thread loader([&] { plugin.first.setValue(0.5f, silent); });
-    loader.join();
-    EXPECT_EQ(adapter.latencies, 0);
-    plugin.drain();
-    EXPECT_EQ(adapter.latencies, 1);
-    EXPECT_EQ(adapter.latencyThread, std::this_thread::get_id());
-    EXPECT_EQ(plugin.latency(), 100);
-    plugin.first.setValue(0.25f, silent); // the same latency
-    EXPECT_EQ(adapter.latencies, 1);
-    plugin.latencyWanted = 0;
-    plugin.first.setValue(0.75f, silent);
-    EXPECT_EQ(adapter.latencies, 2);
 }
 
 TEST(GenericPlugin, InstancesAreNamedApartAndAFreedNameIsTakenAgain) {

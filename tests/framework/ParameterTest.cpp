@@ -5,7 +5,6 @@
 #include "framework/IndexedPluginParameter.h"
 #include "framework/NoteText.h"
 #include "framework/NumberFormat.h"
-#include "framework/ShortenName.h"
 #include "framework/StereoPanParameter.h"
 
 #include <gtest/gtest.h>
@@ -164,7 +163,6 @@ TEST(IndexedPluginParameter, HostsSeeTheIndexAndListenersTheValue) {
     EXPECT_EQ(parsed(colour, "RED"), "0.000");
     EXPECT_EQ(parsed(colour, "9"), "1.000") << "a number is an enumeration's value";
     EXPECT_EQ(parsed(colour, "1"), "refused");
-    EXPECT_EQ(colour.shortText(1.0f, 8), "DGreen");
     for (int step = 0; step <= 2; ++step)
         EXPECT_EQ(colour.denormalize(colour.normalize(static_cast<float>(step))), static_cast<float>(step));
 }
@@ -205,25 +203,6 @@ TEST(StereoPanParameter, TellsAttenuationsAndReadsItsManyForms) {
     EXPECT_NEAR(panFor("side: -6.02 dB"), -0.5f, 1e-3f);
     for (const char* const garbage : {"", "/", "Leftish", "1/2/3", "L/L", "\xC3\xA9"})
         EXPECT_EQ(panFor(garbage), 9.0f) << garbage;
-    for (std::size_t length = 1; length < 40; ++length)
-        for (const float value : {-1.0f, -0.5f, 0.0f, 0.001f, 1.0f})
-            EXPECT_LE(pan.shortText(value, length).size(), length);
-}
-
-TEST(ShortenName, EachStepIsTakenOnlyWhenTheTextIsStillTooLong) {
-    EXPECT_EQ(shortenName("High Shelf", 9), "HiShelf");
-    EXPECT_EQ(shortenName("High Shelf", 6), "HS");
-    EXPECT_EQ(shortenName("Threshold", 8), "Thresh");
-    EXPECT_EQ(shortenName("Band 12", 6), "Band12");
-    EXPECT_EQ(shortenName("Band 12", 3), "B12");
-    EXPECT_EQ(shortenName("Band 9", 5), "B 9") << "a 9 keeps its blank";
-    EXPECT_EQ(shortenName("Stereo Placement", 12), "SPlacement");
-    EXPECT_EQ(shortenName("Stereo Placement", 6), "SPlcmn");
-    for (const char* const name : {"Band 7 Dynamic Range", "Lsr/Rsr (Surround Rear)", "", "9", "Aeeeeeee", "A 1 b"})
-        for (std::size_t length = 1; length < 24; ++length)
-            EXPECT_LE(shortenName(name, length).size(), length) << name;
-    EXPECT_EQ(shortenName("Band 7 Dynamic Range", 20), "Band 7 Dynamic Range");
-    EXPECT_EQ(shortenName("Band 7 Dynamic Range", 0), "Band 7 Dynamic Range");
 }
 
 TEST(ParameterDeathTest, ARangeWithoutItsStandardIsAProgrammingError) {

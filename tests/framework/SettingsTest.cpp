@@ -199,7 +199,7 @@ TEST_F(SettingsTest, APresetFolderThatIsGoneFallsBackToTheStandard) {
 }
 
 TEST_F(SettingsTest, AFurtherInstanceTakesAnotherProcesssChangesAndWritesNoneBack) {
-    TestPlugin first;
+    auto first = std::make_unique<TestPlugin>();
     store({{"RetinaEnabled", 200}, {"ShowComponentDisplays", 0}});
     // Where settings are a file: a replaced one would no longer be the one that the second name leads to.
     const bool isFile = std::filesystem::exists(home.path(file));
@@ -207,8 +207,9 @@ TEST_F(SettingsTest, AFurtherInstanceTakesAnotherProcesssChangesAndWritesNoneBac
         std::filesystem::create_hard_link(home.path(file), home.path("second name"));
     TestPlugin second;
     EXPECT_TRUE(!isFile || std::filesystem::hard_link_count(home.path(file)) == 2u);
-    EXPECT_EQ(first.sharedSettings().retinaEnabled.get(), 200);
-    EXPECT_EQ(&first.sharedSettings(), &second.sharedSettings());
+    EXPECT_EQ(first->sharedSettings().retinaEnabled.get(), 200);
+    EXPECT_EQ(&first->sharedSettings(), &second.sharedSettings());
+    first.reset(); // what they share does not need the one that made it
     second.sharedSettings().presetBrowserTypeToSearch = false;
     EXPECT_EQ(readSettings(key).at("ShowComponentDisplays"), SettingValue(0));
     EXPECT_EQ(readSettings(key).at("PresetBrowserTypeToSearch"), SettingValue(0));

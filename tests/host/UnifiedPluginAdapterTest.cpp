@@ -92,6 +92,7 @@ TEST_F(UnifiedPluginAdapterTest, InstancesShareOneControllerMapAndTheLastOneSave
     EXPECT_FALSE(later->editorSide().controllerMapping().modified);
     // What the menu does: revert, clear, factory, save.
     ControllerMapping& mapping = later->editorSide().controllerMapping();
+    mapping.assign(500, 1); // no such controller
     mapping.set(1, 1);
     EXPECT_TRUE(later->editorSide().loadControllerMap());
     EXPECT_EQ(mapping.target(1), ControllerMapping::none);

@@ -14,9 +14,6 @@ using Log = std::vector<std::string>;
 
 class RecordingReceiver final : public AbstractChannelEventReceiver {
 public:
-    void rawMessage(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) noexcept REALTIME override {
-        record("raw %g %g %g", status, data1, data2);
-    }
     void channelPressure(float pressure) noexcept REALTIME override { record("pressure %.4f", pressure); }
     void polyPressure(std::int32_t note, float pressure) noexcept REALTIME override {
         record("poly %g %.4f", note, pressure);
@@ -34,7 +31,6 @@ public:
     }
 
     Log log;
-    bool keepsRaw = false;
 
 private:
     void record(const char* format, double a, double b = 0.0, double c = 0.0) noexcept REALTIME {
@@ -42,8 +38,7 @@ private:
         trustedRealtime([&] {
             char text[64];
             std::snprintf(text, sizeof text, format, a, b, c);
-            if (keepsRaw || text[0] != 'r')
-                log.emplace_back(text);
+            log.emplace_back(text);
         });
     }
 };
@@ -95,47 +90,6 @@ TEST_F(MidiDecoderTest, EveryStatusReachesAllChannelsAndItsOwnAndNoOther) {
             for (std::size_t other = 1; other < receivers.size(); ++other)
                 EXPECT_EQ(take(other), Log{}) << "channel " << other << " heard " << std::hex << row.status;
         }
-}
-
-TEST_F(MidiDecoderTest, EveryChannelKeepsABankOfItsOwnAndAllChannelsShareOneMore) {
-    send(0xB2, 0, 127);
-    send(0xB2, 32, 127);
-    send(0xB5, 0, 1); // the halves of two channels meet in the bank of all
-    send(0xC2, 3, 0);
-    send(0xC5, 4, 0);
-    send(0xC6, 5, 0);
-    EXPECT_EQ(take(3), Log{"program 16383 3"});
-    EXPECT_EQ(take(6), Log{"program 128 4"});
-    EXPECT_EQ(take(7), Log{"program 0 5"});
-    EXPECT_EQ(take(0), (Log{"program 255 3", "program 255 4", "program 255 5"}));
-    send(0xB2, 32, 0);
-    send(0xC2, 3, 0);
-    EXPECT_EQ(take(3), Log{"program 16256 3"});
-}
-
-TEST_F(MidiDecoderTest, WhatIsNoChannelMessageIsOnlySeenRaw) {
-    struct Reset final : AbstractMusicEventReceiver::SystemReceiver {
-        void systemReset() noexcept REALTIME override { ++count; }
-        int count = 0;
-    } reset;
-    receivers[0].keepsRaw = true;
-    send(0xFF, 1, 2); // nobody there yet
-    take(0);
-    tree.systemReceiver = &reset;
-    for (int status = 0; status < 0x80; ++status)
-        send(status, status, 3);
-    for (int status = 0xF0; status < 0x100; ++status)
-        send(status, 1, 2);
-    EXPECT_EQ(reset.count, 1);
-    const Log raw = take(0);
-    ASSERT_EQ(raw.size(), 128u + 16u);
-    EXPECT_EQ(raw.front(), "raw 0 0 3");
-    EXPECT_EQ(raw.back(), "raw 255 1 2");
-    for (std::size_t channel = 1; channel < receivers.size(); ++channel)
-        EXPECT_EQ(take(channel), Log{});
-    tree.channelReceivers[0] = nullptr;
-    send(0x93, 60, 127);
-    EXPECT_EQ(take(4), Log{"on 60 1.0000"});
 }
 
 } // namespace

@@ -159,20 +159,4 @@ TEST_F(FactoryPresets, ThePackersNamesRangesAndLawsAreThoseOfTheProduct) {
         EXPECT_THROW(readPresetSource(wrong), PresetSourceError) << wrong;
 }
 
-TEST_F(FactoryPresets, AreInstalledOnceAndRestoredOnRequest) {
-    const std::string file = "Documents/Tessivane/Presets/Zelk 3/Default Setting.tvp";
-    std::string packed;
-    { const ZelkPlugin first; }
-    packed = home.read(file);
-    home.write(file, "edited");
-    {
-        ZelkPlugin second;
-        EXPECT_EQ(home.read(file), "edited");
-        EXPECT_EQ(valuesOf(second), defaultsOf(second)) << "a damaged default leaves the defaults";
-        EXPECT_TRUE(second.restoreFactoryPresets());
-    }
-    EXPECT_EQ(home.read(file), packed);
-    EXPECT_FALSE(std::filesystem::exists(home.path("Documents/Tessivane/Presets/Zelk 3/Default Setting (old).tvp")));
-}
-
 } // namespace

@@ -1,43 +1,9 @@
 #include "tests/wave/GraphTestObjects.h"
 #include "wave/LevelPanConverter.h"
-#include "wave/MidSideConverter.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 namespace {
-
-TEST(MidSideConverter, EncodesAndDecodesBackToTheSameSound) {
-    wave::Environment environment;
-    TestSource left(environment, [](std::uint64_t position) { return noise(position, 1); });
-    TestSource right(environment, [](std::uint64_t position) { return noise(position, 2); });
-    MidSideConverter encoder(environment, MidSideConverter::Conversion::encode);
-    MidSideConverter decoder(environment, MidSideConverter::Conversion::decode);
-    encoder.inputs = {&left, &right};
-    decoder.inputs = {&encoder.output(0), &encoder.output(1)};
-    left.constant = right.constant = true;
-    runCycle(environment, 5, {&decoder.output(0)});
-    EXPECT_EQ(decoder.output(0).getOutput()->isConstant, 1u);
-    left.constant = right.constant = false;
-    for (const std::int32_t count : {1, 5, 256}) {
-        runCycle(environment, count, {&decoder.output(1)});
-        EXPECT_EQ(decoder.output(0).getOutput()->isConstant, 0u);
-        for (std::int32_t index = 0; index < count; ++index) {
-            const float a = (*left.getOutput())[index];
-            const float b = (*right.getOutput())[index];
-            ASSERT_NEAR((*encoder.output(0).getOutput())[index], (a + b) / 2.0f, 1e-7f);
-            ASSERT_NEAR((*encoder.output(1).getOutput())[index], (b - a) / 2.0f, 1e-7f);
-            ASSERT_NEAR((*decoder.output(0).getOutput())[index], a, 3e-7f);
-            ASSERT_NEAR((*decoder.output(1).getOutput())[index], b, 3e-7f);
-        }
-    }
-    encoder.conversion = MidSideConverter::Conversion::none;
-    encoder.inputs[1] = nullptr;
-    runCycle(environment, 5, {&encoder.output(0)});
-    EXPECT_EQ(encoder.output(0).getOutput(), left.getOutput());
-    EXPECT_EQ(encoder.output(1).getOutput(), &environment.zeroBlock);
-}
 
 TEST(LevelPanConverter, ThePanTakesFromTheFarSideAndLeavesTheNearOne) {
     wave::Environment environment;

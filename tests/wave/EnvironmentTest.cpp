@@ -2,9 +2,6 @@
 
 #include "base/Realtime.h"
 #include "tests/wave/GraphTestObjects.h"
-#include "wave/Input.h"
-#include "wave/InputForwarder.h"
-#include "wave/MultiProducer.h"
 #include "wave/VolumeFilter.h"
 
 #include <gtest/gtest.h>
@@ -138,56 +135,6 @@ TEST(Environment, AResetReachesActiveMembersAndBreaksTheStreamForOneBlock) {
     EXPECT_TRUE(environment.allAtRest());
     sleeper.rests = false;
     EXPECT_FALSE(environment.allAtRest());
-}
-
-// Hands its input on at one output and makes the negative at the other.
-class Splitter final : public wave::MultiProducer {
-public:
-    explicit Splitter(wave::Environment& owner, wave::Producer& source) : MultiProducer(owner, 2), input(source) {}
-    void processAll(std::span<const wave::BasicBlock<float>*> chosen, std::int32_t count) noexcept REALTIME override {
-        ++runs;
-        chosen[0] = &input.pull(count);
-        block(1).fillConstant(-(*chosen[0])[0], count);
-    }
-    void reset() noexcept REALTIME override { ++resets; }
-    wave::Producer& input;
-    int runs = 0;
-    int resets = 0;
-};
-
-TEST(MultiProducer, MakesAllOutputsOnceACycleWhoeverPullsOrSchedulesThem) {
-    wave::Environment environment;
-    TestSource source(environment);
-    Splitter splitter(environment, source);
-    splitter.output(0).setSchedule(Schedule::head);
-    splitter.output(1).setSchedule(Schedule::tail);
-    runCycle(environment, 9, {&splitter.output(1), &splitter.output(0), &splitter.output(1)});
-    runCycle(environment, 9);
-    EXPECT_EQ(splitter.runs, 2);
-    EXPECT_EQ(splitter.output(0).getOutput(), source.getOutput());
-    EXPECT_EQ(splitter.output(1).firstValue(), -1.0f);
-    splitter.setResettable(true);
-    environment.resetAll();
-    EXPECT_EQ(splitter.resets, 1);
-    splitter.output(1).setActive(false);
-    environment.resetAll();
-    runCycle(environment, 9);
-    EXPECT_EQ(splitter.resets, 1);
-    EXPECT_EQ(splitter.runs, 2) << "the whole sleeps, asked through either output";
-}
-
-TEST(Input, CopiesOnAndRunsDryIntoSilenceAlsoThroughAForwarder) {
-    wave::Environment environment;
-    wave::Input input(environment);
-    VolumeFilter outer(environment); // whose input the forwarder shares
-    wave::InputForwarder forwarder(environment, outer);
-    EXPECT_EQ(render(environment, forwarder, 2, 2), (std::vector<float>{0.0f, 0.0f})) << "nothing connected";
-    outer.input = &input;
-    const std::vector<float> samples{1.0f, 2.0f, 3.0f, 4.0f, 5.0f};
-    input.setSamples(samples);
-    EXPECT_EQ(render(environment, forwarder, 7, 3), (std::vector<float>{1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 0.0f, 0.0f}));
-    runCycle(environment, 4, {&forwarder});
-    EXPECT_EQ(forwarder.getOutput(), &environment.zeroBlock);
 }
 
 } // namespace

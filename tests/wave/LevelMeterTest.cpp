@@ -128,22 +128,6 @@ TEST_F(LevelMeterTest, GainReductionIsReadDownwardInDecibels) {
     EXPECT_EQ(meter.getDetection(), LevelSource::Detection::smallest);
 }
 
-TEST_F(LevelMeterTest, ResetsDropWhatWasMeasuredBeforeAndLimitsOnlyClamp) {
-    play(0.5f);
-    meter.minimum = -60.0f;
-    meter.maximum = -20.0f;
-    EXPECT_EQ(meter.level(Info::peak), -20.0f);
-    source.law = [](std::uint64_t) { return 0.5f; };
-    runCycle(environment, 100);
-    environment.resetAll();
-    EXPECT_EQ(meter.level(Info::level), -60.0f);
-    EXPECT_EQ(meter.level(Info::extreme), -60.0f);
-    meter.inputDomain = LevelMeter::LevelDomain::power;
-    meter.maximum = 6.0f;
-    play(0.25f);
-    EXPECT_NEAR(meter.level(Info::level), halfDb, 1e-3f);
-}
-
 // Polls while blocks, resets and changes of the settings go on.
 TEST(LevelMeter, NeverShowsWhatNobodyPlayedAndKeepsTheLastWord) {
     wave::Environment environment;

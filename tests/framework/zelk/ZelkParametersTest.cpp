@@ -1,7 +1,6 @@
 #include "framework/zelk/ZelkParameters.h"
 
 #include "framework/zelk/ZelkPlugin.h"
-#include "framework/zelk/ZelkProcessor.h"
 
 #include <gtest/gtest.h>
 
@@ -86,28 +85,6 @@ TEST(ZelkParameters, MeaningsOfStoredValues) {
     EXPECT_EQ(band.speakers.get(), chl::SpeakerSet::wide);
     ASSERT_TRUE(band.speakers.denormalizeForVersion(1.0, 0, value));
     EXPECT_EQ(value, 10.0f);
-}
-
-TEST(ZelkParameters, BothSidesHaveTheSameSetAndBeginAtTheDefaults) {
-    ZelkPlugin editor;
-    ZelkProcessor audio(chl::Layout::stereo);
-    ASSERT_EQ(editor.parameterCount(), 358);
-    ASSERT_EQ(audio.parameterCount(), 358);
-    for (std::int32_t id = 0; id < 358; ++id) {
-        const AbstractPluginParameter& parameter = editor.parameter(id);
-        EXPECT_EQ(parameter.id(), id);
-        EXPECT_EQ(parameter.longName(), audio.parameter(id).longName());
-        EXPECT_EQ(parameter.value(), parameter.defaultValue()) << parameter.longName();
-        EXPECT_EQ(audio.parameter(id).value(), parameter.defaultValue()) << parameter.longName();
-        EXPECT_GT(parameter.hint().size(), 30u) << parameter.longName();
-    }
-    EXPECT_FALSE(editor.currentPreset().modified());
-    EXPECT_EQ(editor.groupNames().size(), 26u) << "each band once, and the analyzer";
-    EXPECT_EQ(editor.groupNames().back(), "Analyzer");
-    EXPECT_EQ(editor.interfaceCollection().count(), 10);
-    EXPECT_EQ(editor.interfaceCollection().at(0).id(), 321);
-    EXPECT_EQ(editor.extensions.set(23).externalSideChain.id(), 357);
-    EXPECT_EQ(editor.info.capabilities, 2286u);
 }
 
 } // namespace
