@@ -132,10 +132,10 @@ TEST(EQFilterSound, ANewShapeOrSlopeDoesNotClick) {
         for (const double hz : {100.0, 1000.0, 5000.0}) {
             SineRig rig(hz);
             rig.set(before);
-            EXPECT_LT(multipleOfSteady(rig, rig.listen([&](EQFilter& f) {
-                          f.gainModulated = after.moving;
-                          f.shape = after.shape;
-                          f.slope = after.slope;
+            EXPECT_LT(multipleOfSteady(rig, rig.listen([&to = after](EQFilter& f) {
+                          f.gainModulated = to.moving;
+                          f.shape = to.shape;
+                          f.slope = to.slope;
                       })),
                       allowed)
                 << before << " to " << after << " at " << hz << " Hz";
